@@ -1,0 +1,126 @@
+/* Public interface of the Ormak library: run scripts of the Ormak language on HDF5 files. */
+#ifndef ORMAK_H
+#define ORMAK_H
+
+#include <stdint.h>
+#include "OrmakStructures.h"
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+/* Status codes. */
+#define ORMAK_SUCCESS 0
+#define ORMAK_ERROR_PARSE -1
+#define ORMAK_ERROR_NOT_FOUND -2
+#define ORMAK_ERROR_NO_ACCESS -3
+#define ORMAK_ERROR_NOT_OPEN -4
+#define ORMAK_ERROR_INVALID_FILE -5
+#define ORMAK_ERROR_NOT_SUPPORTED -6
+#define ORMAK_ERROR_NOT_ENOUGH_SPACE -7
+#define ORMAK_ERROR_NOT_ENOUGH_MEMORY -8
+#define ORMAK_ERROR_ALREADY_EXISTS -9
+#define ORMAK_ERROR_EMPTY -10
+#define ORMAK_ERROR_FULL -11
+#define ORMAK_ERROR_BEFORE_FIRST -12
+#define ORMAK_ERROR_AFTER_LAST -13
+#define ORMAK_ERROR_INVALID_VALUE -14
+#define ORMAK_ERROR_NO_ADDRESS -15
+#define ORMAK_ERROR_UNEXPECTED_TYPE -16
+#define ORMAK_ERROR_UNEXPECTED_DATA_TYPE -17
+#define ORMAK_ERROR_UNEXPECTED_STORAGE_TYPE -18
+#define ORMAK_ERROR_DANGLING_LINK -19
+#define ORMAK_ERROR_NOT_REGISTERED -20
+#define ORMAK_ERROR_INVALID_REGULAR_EXPRESSION -21
+#define ORMAK_ERROR_UNKNOWN -99
+
+/* Data type flags. */
+#define ORMAK_UNDEFINED -1
+#define ORMAK_TINYINT 1
+#define ORMAK_UNSIGNED_TINYINT 2
+#define ORMAK_SMALLINT 4
+#define ORMAK_UNSIGNED_SMALLINT 8
+#define ORMAK_INT 16
+#define ORMAK_UNSIGNED_INT 32
+#define ORMAK_BIGINT 64
+#define ORMAK_UNSIGNED_BIGINT 128
+#define ORMAK_FLOAT 256
+#define ORMAK_DOUBLE 512
+#define ORMAK_CHAR 1024
+#define ORMAK_VARTINYINT 2048
+#define ORMAK_UNSIGNED_VARTINYINT 4096
+#define ORMAK_VARSMALLINT 8192
+#define ORMAK_UNSIGNED_VARSMALLINT 16384
+#define ORMAK_VARINT 32768
+#define ORMAK_UNSIGNED_VARINT 65536
+#define ORMAK_VARBIGINT 131072
+#define ORMAK_UNSIGNED_VARBIGINT 262144
+#define ORMAK_VARFLOAT 524288
+#define ORMAK_VARDOUBLE 1048576
+#define ORMAK_VARCHAR 2097152
+#define ORMAK_OPAQUE 4194304
+#define ORMAK_BITFIELD 8388608
+#define ORMAK_ENUMERATION 16777216
+#define ORMAK_COMPOUND 33554432
+
+/* Object type flags; an object reached through a link adds the link's flag. */
+#define ORMAK_DIRECTORY 1
+#define ORMAK_FILE 2
+#define ORMAK_GROUP 4
+#define ORMAK_DATASET 8
+#define ORMAK_ATTRIBUTE 16
+#define ORMAK_SOFT_LINK 32
+#define ORMAK_EXTERNAL_LINK 64
+
+/* Small enumerations. */
+#define ORMAK_LITTLE_ENDIAN 1
+#define ORMAK_BIG_ENDIAN 2
+#define ORMAK_ASCII 1
+#define ORMAK_UTF8 2
+#define ORMAK_CONTIGUOUS 1
+#define ORMAK_COMPACT 2
+#define ORMAK_CHUNKED 4
+#define ORMAK_EARLY 1
+#define ORMAK_INCREMENTAL 2
+#define ORMAK_LATE 4
+#define ORMAK_FILL_DEFAULT 1
+#define ORMAK_FILL_USER_DEFINED 2
+#define ORMAK_FILL_UNDEFINED 4
+#define ORMAK_GLOBAL 1
+#define ORMAK_LOCAL 2
+#define ORMAK_TRACKED 1
+#define ORMAK_INDEXED 2
+#define ORMAK_EARLIEST 1
+#define ORMAK_LATEST 2
+#define ORMAK_VERSION_18 4
+
+/* Session and public entry. */
+int ormak_execute(const char *script);
+int ormak_execute_get_status(void);
+int ormak_error_get_line(void);
+int ormak_error_get_position(void);
+char *ormak_error_get_message(void);
+int ormak_mpi_get_size(void);
+int ormak_mpi_get_rank(void);
+void ormak_initialize(void);
+void ormak_finalize(void);
+
+/* Entry points for language bindings. */
+int _ormak_execute(const char *script, int script_size, int programming_language);
+int _ormak_execute_reset(void);
+char *_ormak_error_get_message_with_size(int *message_size);
+uint64_t _ormak_get_last_data_count(void);
+const char *_ormak_get_compiler(void);
+const char *_ormak_get_architecture(void);
+
+/* Cursors. */
+int ormak_cursor_clear(ORMAK_CURSOR *cursor);
+
+/* Memory variables, by number, for bindings. */
+int _ormak_variable_unregister(int number);
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif

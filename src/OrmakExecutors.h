@@ -1,0 +1,28 @@
+/* The executors: one exported function per statement of the language. Lists and clauses
+   arrive as nodes of the statement tree, flags as 0 (given) or -1 (left out). */
+#ifndef ORMAK_EXECUTORS_H
+#define ORMAK_EXECUTORS_H
+
+#include <antlr3.h>
+#include "Ormak.h"
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+/* File system. */
+int ormak_create_directory(pANTLR3_BASE_TREE directory_list);
+int ormak_create_file(pANTLR3_BASE_TREE file_list, int file_truncate, int file_parallel, int library_bounds,
+                      int library_bound_low_value, int library_bound_high_value);
+int ormak_rename_directory(pANTLR3_BASE_TREE directory_list, pANTLR3_BASE_TREE directory_new_list);
+int ormak_rename_file(pANTLR3_BASE_TREE file_list, pANTLR3_BASE_TREE file_new_list, int file_truncate);
+int ormak_copy_file(pANTLR3_BASE_TREE file_list, pANTLR3_BASE_TREE file_new_list, int file_truncate);
+int ormak_drop_directory(pANTLR3_BASE_TREE directory_list);
+int ormak_drop_file(pANTLR3_BASE_TREE file_list);
+int ormak_use_directory(const char *directory_name);
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif

@@ -1,0 +1,38 @@
+/* The dispatch table: statement root to the reader that calls its executor. */
+#include "OrmakParser.h"
+#include "StatementReaders.h"
+#include "TreeReader.h"
+#include "../OrmakPrivateStructures.h"
+
+namespace ormak {
+namespace {
+
+struct Row {
+    int root;
+    StatementReader reader;
+};
+
+const Row rows[] = {
+    {CREATE_DIRECTORY, read_create_directory},
+    {CREATE_FILE, read_create_file},
+    {RENAME_DIRECTORY, read_rename_directory},
+    {RENAME_FILE, read_rename_file},
+    {COPY_FILE, read_copy_file},
+    {DROP_DIRECTORY, read_drop_directory},
+    {DROP_FILE, read_drop_file},
+    {USE_DIRECTORY, read_use_directory},
+};
+
+} // namespace
+
+bool is_unknown_statement(pANTLR3_BASE_TREE statement) { return tree::type(statement) == UNKNOWN; }
+
+int dispatch(pANTLR3_BASE_TREE statement, int programming_language) {
+    int root = tree::type(statement);
+    for (const Row &row : rows) {
+        if (row.root == root) return row.reader(statement, programming_language);
+    }
+    return ORMAK_ERROR_PARSE;
+}
+
+} // namespace ormak

@@ -1,0 +1,319 @@
+// The Ormak language: lexer and parser, generated into C at build time.
+// The lexer sees upper-cased lookahead, so every letter here is a capital and keywords
+// match in any case, while token texts keep the case of the script.
+grammar Ormak;
+
+options {
+    language = C;
+    output = AST;
+    ASTLabelType = pANTLR3_BASE_TREE;
+}
+
+tokens {
+    SCRIPT; UNKNOWN; LIST; OPTION;
+    ALTER_DIMENSION; CLOSE_ALL_FILE; CLOSE_FILE; CLOSE_GROUP; COPY_FILE; COPY_OBJECT;
+    CREATE_ATTRIBUTE; CREATE_DATASET; CREATE_DIRECTORY; CREATE_EXTERNAL_LINK; CREATE_FILE;
+    CREATE_GROUP; CREATE_LINK; DROP_DIRECTORY; DROP_FILE; DROP_OBJECT; FLUSH; INSERT;
+    RENAME_DIRECTORY; RENAME_FILE; RENAME_OBJECT; SELECT; SET_ATOMIC; SET_CACHE; SET_DEBUG;
+    SET_EXTERNAL_LINK_PREFIX; SET_FLUSH; SET_LIBRARY_BOUNDS; SHOW_ALL_USE_FILE; SHOW_ATOMIC;
+    SHOW_CACHE; SHOW_CHARSET; SHOW_DATA_TYPE; SHOW_DEBUG; SHOW_DIMENSION; SHOW_DIRECTORY;
+    SHOW_ENDIANNESS; SHOW_EXECUTE_STATUS; SHOW_EXTERNAL_LINK_PREFIX; SHOW_FILE; SHOW_FILE_SIZE;
+    SHOW_FILE_VALIDITY; SHOW_FILL_TYPE; SHOW_FILL_VALUE; SHOW_FLUSH; SHOW_HDF5_VERSION;
+    SHOW_ORMAK_VERSION; SHOW_LIBRARY_BOUNDS; SHOW_MASK; SHOW_MPI_VERSION; SHOW_OBJECT;
+    SHOW_ORDER; SHOW_PCRE_VERSION; SHOW_SIZE; SHOW_STORAGE_ALLOCATION; SHOW_STORAGE_DIMENSION;
+    SHOW_STORAGE_TYPE; SHOW_TAG; SHOW_TYPE; SHOW_USE_DIRECTORY; SHOW_USE_FILE;
+    SHOW_USE_GROUP; SHOW_ZLIB_VERSION; USE_DIRECTORY; USE_FILE; USE_GROUP;
+}
+
+@lexer::includes {
+#include "RecognitionErrors.h"
+}
+
+@parser::includes {
+#include "RecognitionErrors.h"
+}
+
+// Syntax errors land in the session instead of being printed.
+@lexer::apifuncs {
+    RECOGNIZER->displayRecognitionError = _ormak_lexer_recognition_error;
+}
+
+@parser::apifuncs {
+    RECOGNIZER->displayRecognitionError = _ormak_parser_recognition_error;
+}
+
+// A script: statements divided by ';' or line ends; empty statements do nothing.
+script
+    : statement? ((SEMICOLON_KEYWORD | NEW_LINE_KEYWORD) statement?)* EOF -> ^(SCRIPT statement*)
+    ;
+
+statement
+    : data_definition_statement
+    | miscellaneous_statement
+    ;
+
+data_definition_statement
+    : create_statement
+    | rename_statement
+    | copy_statement
+    | drop_statement
+    ;
+
+miscellaneous_statement
+    : use_statement
+    ;
+
+create_statement
+    : CREATE_KEYWORD! (create_directory_statement | create_file_statement)
+    ;
+
+rename_statement
+    : RENAME_KEYWORD! (rename_directory_statement | rename_file_statement)
+    ;
+
+copy_statement
+    : COPY_KEYWORD! copy_file_statement
+    ;
+
+drop_statement
+    : DROP_KEYWORD! (drop_directory_statement | drop_file_statement)
+    ;
+
+use_statement
+    : USE_KEYWORD! use_directory_statement
+    ;
+
+create_directory_statement
+    : DIRECTORY_KEYWORD value_list -> ^(CREATE_DIRECTORY ^(OPTION value_list))
+    ;
+
+create_file_statement
+    : TRUNCATE_KEYWORD? PARALLEL_KEYWORD? FILE_KEYWORD value_list
+      (LIBRARY_KEYWORD BOUNDS_KEYWORD
+       (FROM_KEYWORD low=(EARLIEST_KEYWORD | LATEST_KEYWORD | VERSION_18_KEYWORD))?
+       (TO_KEYWORD high=LATEST_KEYWORD)?)?
+      -> ^(CREATE_FILE ^(OPTION TRUNCATE_KEYWORD?) ^(OPTION PARALLEL_KEYWORD?) ^(OPTION value_list)
+           ^(OPTION LIBRARY_KEYWORD?) ^(OPTION $low?) ^(OPTION $high?))
+    ;
+
+rename_directory_statement
+    : DIRECTORY_KEYWORD old_names=value_list AS_KEYWORD new_names=value_list
+      -> ^(RENAME_DIRECTORY ^(OPTION $old_names) ^(OPTION $new_names))
+    ;
+
+rename_file_statement
+    : TRUNCATE_KEYWORD? FILE_KEYWORD old_names=value_list AS_KEYWORD new_names=value_list
+      -> ^(RENAME_FILE ^(OPTION TRUNCATE_KEYWORD?) ^(OPTION $old_names) ^(OPTION $new_names))
+    ;
+
+copy_file_statement
+    : TRUNCATE_KEYWORD? FILE_KEYWORD old_names=value_list TO_KEYWORD new_names=value_list
+      -> ^(COPY_FILE ^(OPTION TRUNCATE_KEYWORD?) ^(OPTION $old_names) ^(OPTION $new_names))
+    ;
+
+drop_directory_statement
+    : DIRECTORY_KEYWORD value_list -> ^(DROP_DIRECTORY ^(OPTION value_list))
+    ;
+
+drop_file_statement
+    : FILE_KEYWORD value_list -> ^(DROP_FILE ^(OPTION value_list))
+    ;
+
+use_directory_statement
+    : DIRECTORY_KEYWORD STRING_KEYWORD -> ^(USE_DIRECTORY STRING_KEYWORD)
+    ;
+
+// Shared rules.
+
+value_list
+    : STRING_KEYWORD (COMMA_KEYWORD STRING_KEYWORD)* -> ^(LIST STRING_KEYWORD+)
+    ;
+
+//
+// The lexer. Rules stand in the order of the token table; for two rules that match the
+// same text the earlier wins, so every keyword stands before STRING_KEYWORD.
+//
+
+CREATE_KEYWORD : 'CREATE' ;
+ALTER_KEYWORD : 'ALTER' ;
+RENAME_KEYWORD : 'RENAME' ;
+COPY_KEYWORD : 'COPY' ;
+DROP_KEYWORD : 'DROP' ;
+INSERT_KEYWORD : 'INSERT' ;
+SELECT_KEYWORD : 'SELECT' ;
+SHOW_KEYWORD : 'SHOW' ;
+USE_KEYWORD : 'USE' ;
+FLUSH_KEYWORD : 'FLUSH' ;
+CLOSE_KEYWORD : 'CLOSE' ;
+SET_KEYWORD : 'SET' ;
+DEBUG_KEYWORD : 'DEBUG' ;
+ALL_KEYWORD : 'ALL' ;
+FILE_KEYWORD : 'FILE' ;
+GROUP_KEYWORD : 'GROUP' ;
+DATASET_KEYWORD : 'DATASET' ;
+ATTRIBUTE_KEYWORD : 'ATTRIBUTE' ;
+AT_KEYWORD : 'AT' ;
+LINK_KEYWORD : 'LINK' ;
+TRUNCATE_KEYWORD : 'TRUNCATE' ;
+DIRECTLY_KEYWORD : 'DIRECTLY' ;
+MASK_KEYWORD : 'MASK' ;
+ATOMIC_KEYWORD : 'ATOMIC' ;
+PARALLEL_KEYWORD : 'PARALLEL' ;
+CONTIGUOUS_KEYWORD : 'CONTIGUOUS' ;
+COMPACT_KEYWORD : 'COMPACT' ;
+CHUNKED_KEYWORD : 'CHUNKED' ;
+SHUFFLE_KEYWORD : 'SHUFFLE' ;
+SCALEOFFSET_KEYWORD : 'SCALEOFFSET' ;
+NBIT_KEYWORD : 'NBIT' ;
+PRECISION_KEYWORD : 'PRECISION' ;
+OFFSET_KEYWORD : 'OFFSET' ;
+ZLIB_KEYWORD : 'ZLIB' ;
+LEVEL_KEYWORD : 'LEVEL' ;
+FLETCHER32_KEYWORD : 'FLETCHER32' ;
+TINYINT_KEYWORD : 'TINYINT' ;
+UNSIGNED_TINYINT_KEYWORD : UNSIGNED_KEYWORD SPACE_KEYWORD+ 'TINYINT' ;
+SMALLINT_KEYWORD : 'SMALLINT' ;
+UNSIGNED_SMALLINT_KEYWORD : UNSIGNED_KEYWORD SPACE_KEYWORD+ 'SMALLINT' ;
+INT_KEYWORD : 'INT' ;
+UNSIGNED_INT_KEYWORD : UNSIGNED_KEYWORD SPACE_KEYWORD+ 'INT' ;
+BIGINT_KEYWORD : 'BIGINT' ;
+UNSIGNED_BIGINT_KEYWORD : UNSIGNED_KEYWORD SPACE_KEYWORD+ 'BIGINT' ;
+FLOAT_KEYWORD : 'FLOAT' ;
+DOUBLE_KEYWORD : 'DOUBLE' ;
+CHAR_KEYWORD : 'CHAR' ;
+VARTINYINT_KEYWORD : 'VARTINYINT' ;
+UNSIGNED_VARTINYINT_KEYWORD : UNSIGNED_KEYWORD SPACE_KEYWORD+ 'VARTINYINT' ;
+VARSMALLINT_KEYWORD : 'VARSMALLINT' ;
+UNSIGNED_VARSMALLINT_KEYWORD : UNSIGNED_KEYWORD SPACE_KEYWORD+ 'VARSMALLINT' ;
+VARINT_KEYWORD : 'VARINT' ;
+UNSIGNED_VARINT_KEYWORD : UNSIGNED_KEYWORD SPACE_KEYWORD+ 'VARINT' ;
+VARBIGINT_KEYWORD : 'VARBIGINT' ;
+UNSIGNED_VARBIGINT_KEYWORD : UNSIGNED_KEYWORD SPACE_KEYWORD+ 'VARBIGINT' ;
+VARFLOAT_KEYWORD : 'VARFLOAT' ;
+VARDOUBLE_KEYWORD : 'VARDOUBLE' ;
+VARCHAR_KEYWORD : 'VARCHAR' ;
+OPAQUE_KEYWORD : 'OPAQUE' ;
+COMPOUND_KEYWORD : 'COMPOUND' ;
+NATIVE_KEYWORD : 'NATIVE' ;
+LITTLE_ENDIAN_KEYWORD : 'LITTLE' SPACE_KEYWORD+ ENDIAN_KEYWORD ;
+BIG_ENDIAN_KEYWORD : 'BIG' SPACE_KEYWORD+ ENDIAN_KEYWORD ;
+ASCII_KEYWORD : 'ASCII' ;
+UTF8_KEYWORD : 'UTF8' ;
+LIBRARY_KEYWORD : 'LIBRARY' ;
+BOUNDS_KEYWORD : 'BOUNDS' ;
+EARLIEST_KEYWORD : 'EARLIEST' ;
+LATEST_KEYWORD : 'LATEST' ;
+VERSION_18_KEYWORD : 'V18' ;
+CACHE_KEYWORD : 'CACHE' ;
+SLOTS_KEYWORD : 'SLOTS' ;
+PREEMPTION_KEYWORD : 'PREEMPTION' ;
+TAG_KEYWORD : 'TAG' ;
+FILL_KEYWORD : 'FILL' ;
+UNDEFINED_KEYWORD : 'UNDEFINED' ;
+DEFAULT_KEYWORD : 'DEFAULT' ;
+SOFT_KEYWORD : 'SOFT' ;
+HARD_KEYWORD : 'HARD' ;
+EXTERNAL_KEYWORD : 'EXTERNAL' ;
+AS_KEYWORD : 'AS' ;
+TO_KEYWORD : 'TO' ;
+UNLIMITED_KEYWORD : 'UNLIMITED' ;
+FROM_KEYWORD : 'FROM' ;
+CURSOR_KEYWORD : 'CURSOR' ;
+DOS_KEYWORD : 'DOS' ;
+UNIX_KEYWORD : 'UNIX' ;
+VALUE_KEYWORD : 'VALUE' ;
+VALUES_KEYWORD : 'VALUES' ;
+INTO_KEYWORD : 'INTO' ;
+TEXT_KEYWORD : 'TEXT' ;
+SEPARATOR_KEYWORD : 'SEPARATOR' ;
+SPLIT_KEYWORD : 'SPLIT' ;
+BINARY_KEYWORD : 'BINARY' ;
+MEMORY_KEYWORD : 'MEMORY' ;
+VALIDITY_KEYWORD : 'VALIDITY' ;
+LIKE_KEYWORD : 'LIKE' ;
+DEEP_KEYWORD : 'DEEP' ;
+WHERE_KEYWORD : 'WHERE' ;
+TYPE_KEYWORD : 'TYPE' ;
+EARLY_KEYWORD : 'EARLY' ;
+INCREMENTAL_KEYWORD : 'INCREMENTAL' ;
+LATE_KEYWORD : 'LATE' ;
+STORAGE_KEYWORD : 'STORAGE' ;
+ALLOCATION_KEYWORD : 'ALLOCATION' ;
+DATA_KEYWORD : 'DATA' ;
+ENDIANNESS_KEYWORD : 'ENDIANNESS' ;
+CHARSET_KEYWORD : 'CHARSET' ;
+DIMENSION_KEYWORD : 'DIMENSION' ;
+MAX_KEYWORD : 'MAX' ;
+SIZE_KEYWORD : 'SIZE' ;
+VERSION_KEYWORD : 'VERSION' ;
+ORMAK_KEYWORD : 'ORMAK' ;
+HDF5_KEYWORD : 'HDF5' ;
+PCRE_KEYWORD : 'PCRE' ;
+DIRECTORY_KEYWORD : 'DIRECTORY' ;
+EXECUTE_KEYWORD : 'EXECUTE' ;
+STATUS_KEYWORD : 'STATUS' ;
+READONLY_KEYWORD : 'READONLY' ;
+GLOBAL_KEYWORD : 'GLOBAL' ;
+LOCAL_KEYWORD : 'LOCAL' ;
+ENABLE_KEYWORD : 'ENABLE' ;
+DISABLE_KEYWORD : 'DISABLE' ;
+DATE_KEYWORD : 'DATE' ;
+MPI_KEYWORD : 'MPI' ;
+PREFIX_KEYWORD : 'PREFIX' ;
+TOP_KEYWORD : 'TOP' ;
+BOTTOM_KEYWORD : 'BOTTOM' ;
+STEP_KEYWORD : 'STEP' ;
+ORDER_KEYWORD : 'ORDER' ;
+TRACKED_KEYWORD : 'TRACKED' ;
+INDEXED_KEYWORD : 'INDEXED' ;
+DENSE_KEYWORD : 'DENSE' ;
+ASCEND_KEYWORD : 'ASCEND' ;
+DESCEND_KEYWORD : 'DESCEND' ;
+CREATION_KEYWORD : 'CREATION' ;
+REVERSE_KEYWORD : 'REVERSE' ;
+LEFT_PARENTHESIS_KEYWORD : '(' ;
+RIGHT_PARENTHESIS_KEYWORD : ')' ;
+COMMA_KEYWORD : ',' ;
+COLON_KEYWORD : ':' ;
+OR_KEYWORD : 'OR' ;
+AND_KEYWORD : 'AND' ;
+XOR_KEYWORD : 'XOR' ;
+NOTA_KEYWORD : 'NOTA' ;
+NOTB_KEYWORD : 'NOTB' ;
+EQUAL_KEYWORD : '=' ;
+NOT_EQUAL_KEYWORD : '<>' ;
+SINGLE_COMMENT_KEYWORD : '#' (~('\n' | '\r'))* { SKIP(); } ;
+MULTIPLE_COMMENT_KEYWORD : '/*' (options { greedy = false; } : .)* '*/' { SKIP(); } ;
+CONTINUED_LINE_KEYWORD : '\\' '\r'? '\n' { SKIP(); } ;
+MULTIPLE_SPACE_KEYWORD : SPACE_KEYWORD+ { SKIP(); } ;
+// An integer; a fraction or an exponent behind the digits makes it a float.
+INTEGER_NUMBER_KEYWORD
+    : ('+' | '-')? DIGIT_KEYWORD+
+      ( '.' DIGIT_KEYWORD* (('E' ('+' | '-')? DIGIT_KEYWORD)=> 'E' ('+' | '-')? DIGIT_KEYWORD+)?
+        { $type = FLOAT_NUMBER_KEYWORD; }
+      | ('E' ('+' | '-')? DIGIT_KEYWORD)=> 'E' ('+' | '-')? DIGIT_KEYWORD+
+        { $type = FLOAT_NUMBER_KEYWORD; }
+      )?
+    ;
+// A float that starts at its point, such as .5 or -.25e2.
+FLOAT_NUMBER_KEYWORD
+    : ('+' | '-')? '.' DIGIT_KEYWORD+
+      (('E' ('+' | '-')? DIGIT_KEYWORD)=> 'E' ('+' | '-')? DIGIT_KEYWORD+)?
+    ;
+HEXADECIMAL_NUMBER_KEYWORD : ('+' | '-')? '0X' ('0'..'9' | 'A'..'F')+ ;
+// A name or a text; quotes are taken off the token's text.
+STRING_KEYWORD
+    : (LETTER_KEYWORD | '_' | '.' | '/') (LETTER_KEYWORD | DIGIT_KEYWORD | '_' | '.' | '/' | '-')*
+    | STRING_QUOTE_KEYWORD (~'"')* STRING_QUOTE_KEYWORD
+      { SETTEXT(GETTEXT()->subString(GETTEXT(), 1, GETTEXT()->len - 1)); }
+    ;
+SEMICOLON_KEYWORD : ';' ;
+NEW_LINE_KEYWORD : '\r' '\n'? | '\n' ;
+UNKNOWN_KEYWORD : . ;
+
+fragment STRING_QUOTE_KEYWORD : '"' ;
+fragment DIGIT_KEYWORD : '0'..'9' ;
+fragment LETTER_KEYWORD : 'A'..'Z' ;
+fragment SPACE_KEYWORD : ' ' | '\t' ;
+fragment UNSIGNED_KEYWORD : 'UNSIGNED' ;
+fragment ENDIAN_KEYWORD : 'ENDIAN' ;

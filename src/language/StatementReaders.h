@@ -1,0 +1,38 @@
+/* Statement readers: each reads one statement's slots into plain arguments and calls
+   that statement's executor. The dispatch table maps statement roots to them. */
+#ifndef ORMAK_STATEMENT_READERS_H
+#define ORMAK_STATEMENT_READERS_H
+
+#include <antlr3.h>
+
+namespace ormak {
+
+using StatementReader = int (*)(pANTLR3_BASE_TREE statement, int programming_language);
+
+/* Runs one statement of the tree; a root without a reader is refused with status -1. */
+int dispatch(pANTLR3_BASE_TREE statement, int programming_language);
+/* Whether the statement root is one that stops the script before anything runs. */
+bool is_unknown_statement(pANTLR3_BASE_TREE statement);
+
+/* Library bounds clause: presence, low and high slots in a row. */
+struct LibraryBounds {
+    int present;
+    int low;
+    int high;
+};
+LibraryBounds read_library_bounds(pANTLR3_BASE_TREE statement, int first_slot);
+/* A written low bound: EARLIEST 1, LATEST 2, the 1.8 version 4. */
+int read_bound_low(pANTLR3_BASE_TREE slot);
+
+int read_create_directory(pANTLR3_BASE_TREE statement, int programming_language);
+int read_create_file(pANTLR3_BASE_TREE statement, int programming_language);
+int read_rename_directory(pANTLR3_BASE_TREE statement, int programming_language);
+int read_rename_file(pANTLR3_BASE_TREE statement, int programming_language);
+int read_copy_file(pANTLR3_BASE_TREE statement, int programming_language);
+int read_drop_directory(pANTLR3_BASE_TREE statement, int programming_language);
+int read_drop_file(pANTLR3_BASE_TREE statement, int programming_language);
+int read_use_directory(pANTLR3_BASE_TREE statement, int programming_language);
+
+} // namespace ormak
+
+#endif
