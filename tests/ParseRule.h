@@ -1,0 +1,41 @@
+// Parses a text with one rule of the grammar and gives the tree it yields as text, so that
+// the tests can compare tree shapes with the expected ones.
+#ifndef ORMAK_PARSE_RULE_H
+#define ORMAK_PARSE_RULE_H
+
+#include <string.h>
+
+#include <string>
+
+#include "OrmakLexer.h"
+#include "OrmakParser.h"
+#include "OrmakPrivateStructures.h"
+
+// Names a rule of the parser for parse_rule: RULE(compound).
+#define ORMAK_RULE(name) [](pOrmakParser parser) { return (pANTLR3_BASE_TREE)parser->name(parser).tree; }
+
+// The tree of `text` read by `rule`, as "(ROOT child child)", or "ERROR" if the text
+// failed recognition.
+template <typename Rule>
+std::string parse_rule(const std::string &text, Rule rule) {
+    recognition_status = 0;
+    pANTLR3_INPUT_STREAM input = antlr3StringStreamNew((pANTLR3_UINT8)text.c_str(), ANTLR3_ENC_8BIT,
+                                                       (ANTLR3_UINT32)text.size(), (pANTLR3_UINT8) "test");
+    input->setUcaseLA(input, ANTLR3_TRUE);
+    pOrmakLexer lexer = OrmakLexerNew(input);
+    pANTLR3_COMMON_TOKEN_STREAM stream = antlr3CommonTokenStreamSourceNew(1025, TOKENSOURCE(lexer));
+    pOrmakParser parser = OrmakParserNew(stream);
+    pANTLR3_BASE_TREE tree = rule(parser);
+    std::string result = "ERROR";
+    // The rule must also take the whole text.
+    bool whole = stream->tstream->istream->_LA(stream->tstream->istream, 1) == ANTLR3_TOKEN_EOF;
+    if (tree && recognition_status == 0 && whole) result = (const char *)tree->toStringTree(tree)->chars;
+    parser->free(parser);
+    stream->free(stream);
+    lexer->free(lexer);
+    input->close(input);
+    recognition_status = 0;
+    return result;
+}
+
+#endif
