@@ -113,6 +113,10 @@ uint64_t _ormak_get_last_data_count(void);
 const char *_ormak_get_compiler(void);
 const char *_ormak_get_architecture(void);
 
+/* Canonical paths: absolute, with no "." or ".." and no doubled or trailing "/". */
+char *ormak_get_canonical_path(const char *object_name, char *object_name_result);
+char *_ormak_get_canonical_path_with_size(const char *object_name, int *object_name_size);
+
 /* Cursors. */
 int ormak_cursor_clear(ORMAK_CURSOR *cursor);
 

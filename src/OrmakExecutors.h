@@ -21,6 +21,16 @@ int ormak_drop_directory(pANTLR3_BASE_TREE directory_list);
 int ormak_drop_file(pANTLR3_BASE_TREE file_list);
 int ormak_use_directory(const char *directory_name);
 
+/* Files in use. */
+int ormak_use_file(pANTLR3_BASE_TREE file_list, int file_readonly, int atomic, int file_parallel, int library_bounds,
+                   int library_bound_low_value, int library_bound_high_value, int cache, int cache_slots,
+                   int cache_slots_value, int cache_size, int cache_size_value, int cache_preemption,
+                   double cache_preemption_value);
+int ormak_use_group(const char *group_name);
+int ormak_close_file(pANTLR3_BASE_TREE file_list);
+int ormak_close_all_file(void);
+int ormak_close_group(void);
+
 #ifdef __cplusplus
 }
 #endif

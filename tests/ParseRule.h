@@ -6,6 +6,7 @@
 #include <string.h>
 
 #include <string>
+#include <vector>
 
 #include "OrmakLexer.h"
 #include "OrmakParser.h"
@@ -36,6 +37,26 @@ std::string parse_rule(const std::string &text, Rule rule) {
     input->close(input);
     recognition_status = 0;
     return result;
+}
+
+// The token types the lexer makes of `text`, hidden and skipped ones left out.
+inline std::vector<int> lex(const std::string &text) {
+    pANTLR3_INPUT_STREAM input = antlr3StringStreamNew((pANTLR3_UINT8)text.c_str(), ANTLR3_ENC_8BIT,
+                                                       (ANTLR3_UINT32)text.size(), (pANTLR3_UINT8) "test");
+    input->setUcaseLA(input, ANTLR3_TRUE);
+    pOrmakLexer lexer = OrmakLexerNew(input);
+    pANTLR3_COMMON_TOKEN_STREAM stream = antlr3CommonTokenStreamSourceNew(1025, TOKENSOURCE(lexer));
+    std::vector<int> types;
+    for (int i = 1;; i++) {
+        pANTLR3_COMMON_TOKEN token = stream->tstream->_LT(stream->tstream, i);
+        if (token == nullptr || token->type == ANTLR3_TOKEN_EOF) break;
+        types.push_back((int)token->type);
+    }
+    stream->free(stream);
+    lexer->free(lexer);
+    input->close(input);
+    recognition_status = 0;
+    return types;
 }
 
 #endif

@@ -14,28 +14,17 @@
 #include "../language/TreeReader.h"
 #include "../session/Handle.h"
 #include "../session/Session.h"
+#include "FileNames.h"
 
+using ormak::ends_with_slash;
 using ormak::fail;
+using ormak::is_directory;
+using ormak::is_regular_file;
 namespace tree = ormak::tree;
 
 namespace {
 
 const size_t name_limit = ORMAK_TEXT_SIZE - 1;
-
-bool ends_with_slash(const char *name) {
-    size_t length = strlen(name);
-    return length > 0 && name[length - 1] == '/';
-}
-
-bool is_directory(const char *name) {
-    struct stat64 info;
-    return stat64(name, &info) == 0 && S_ISDIR(info.st_mode);
-}
-
-bool is_regular_file(const char *name) {
-    struct stat64 info;
-    return stat64(name, &info) == 0 && S_ISREG(info.st_mode);
-}
 
 /* The checks every entry passes first: a name that fits the buffers and has no trailing "/". */
 int check_entry(const char *name, const char *action) {

@@ -21,6 +21,11 @@ const Row rows[] = {
     {DROP_DIRECTORY, read_drop_directory},
     {DROP_FILE, read_drop_file},
     {USE_DIRECTORY, read_use_directory},
+    {USE_FILE, read_use_file},
+    {USE_GROUP, read_use_group},
+    {CLOSE_FILE, read_close_file},
+    {CLOSE_ALL_FILE, read_close_all_file},
+    {CLOSE_GROUP, read_close_group},
 };
 
 } // namespace

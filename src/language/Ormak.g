@@ -61,6 +61,7 @@ data_definition_statement
 
 miscellaneous_statement
     : use_statement
+    | close_statement
     ;
 
 create_statement
@@ -80,7 +81,11 @@ drop_statement
     ;
 
 use_statement
-    : USE_KEYWORD! use_directory_statement
+    : USE_KEYWORD! (use_directory_statement | use_file_statement | use_group_statement)
+    ;
+
+close_statement
+    : CLOSE_KEYWORD! (close_file_statement | close_all_file_statement | close_group_statement)
     ;
 
 create_directory_statement
@@ -123,10 +128,192 @@ use_directory_statement
     : DIRECTORY_KEYWORD STRING_KEYWORD -> ^(USE_DIRECTORY STRING_KEYWORD)
     ;
 
+use_file_statement
+    : READONLY_KEYWORD? (PARALLEL_KEYWORD ATOMIC_KEYWORD?)? FILE_KEYWORD value_list
+      (LIBRARY_KEYWORD BOUNDS_KEYWORD
+       (FROM_KEYWORD low=(EARLIEST_KEYWORD | LATEST_KEYWORD | VERSION_18_KEYWORD))?
+       (TO_KEYWORD high=LATEST_KEYWORD)?)?
+      (CACHE_KEYWORD
+       (SLOTS_KEYWORD slots=(DEFAULT_KEYWORD | INTEGER_NUMBER_KEYWORD))?
+       (SIZE_KEYWORD size=(DEFAULT_KEYWORD | INTEGER_NUMBER_KEYWORD | HEXADECIMAL_NUMBER_KEYWORD))?
+       (PREEMPTION_KEYWORD preemption=(DEFAULT_KEYWORD | FLOAT_NUMBER_KEYWORD | INTEGER_NUMBER_KEYWORD))?)?
+      -> ^(USE_FILE ^(OPTION READONLY_KEYWORD?) ^(OPTION PARALLEL_KEYWORD? ATOMIC_KEYWORD?) ^(OPTION value_list)
+           ^(OPTION LIBRARY_KEYWORD?) ^(OPTION $low?) ^(OPTION $high?)
+           ^(OPTION CACHE_KEYWORD?) ^(OPTION $slots?) ^(OPTION $size?) ^(OPTION $preemption?))
+    ;
+
+use_group_statement
+    : GROUP_KEYWORD STRING_KEYWORD -> ^(USE_GROUP STRING_KEYWORD)
+    ;
+
+close_file_statement
+    : FILE_KEYWORD value_list? -> ^(CLOSE_FILE value_list?)
+    ;
+
+close_all_file_statement
+    : ALL_KEYWORD FILE_KEYWORD -> CLOSE_ALL_FILE
+    ;
+
+close_group_statement
+    : GROUP_KEYWORD -> CLOSE_GROUP
+    ;
+
 // Shared rules.
+
+// ORDER, TOP, BOTTOM, FROM ... TO and STEP clauses, kept flat; a pair is "n", "n n" or ", n".
+post_processing_statement
+    : ( x+=ORDER_KEYWORD
+        ( x+=(ASCEND_KEYWORD | DESCEND_KEYWORD | REVERSE_KEYWORD) x+=(ASCEND_KEYWORD | DESCEND_KEYWORD | REVERSE_KEYWORD)?
+        | x+=COMMA_KEYWORD x+=(ASCEND_KEYWORD | DESCEND_KEYWORD | REVERSE_KEYWORD)
+        )
+      | x+=(TOP_KEYWORD | BOTTOM_KEYWORD | STEP_KEYWORD)
+        (x+=INTEGER_NUMBER_KEYWORD x+=INTEGER_NUMBER_KEYWORD? | x+=COMMA_KEYWORD x+=INTEGER_NUMBER_KEYWORD)
+      | x+=FROM_KEYWORD
+        (x+=INTEGER_NUMBER_KEYWORD x+=INTEGER_NUMBER_KEYWORD? | x+=COMMA_KEYWORD x+=INTEGER_NUMBER_KEYWORD)
+        x+=TO_KEYWORD
+        (x+=INTEGER_NUMBER_KEYWORD x+=INTEGER_NUMBER_KEYWORD? | x+=COMMA_KEYWORD x+=INTEGER_NUMBER_KEYWORD)
+      )+
+      -> ^(LIST $x+)
+    ;
+
+// Seven slots: cursor, text file, end of line, separator, subseparator, binary file, memory.
+input_redirecting_statement
+    : FROM_KEYWORD
+      ( CURSOR_KEYWORD
+        -> ^(LIST ^(OPTION CURSOR_KEYWORD) OPTION OPTION OPTION OPTION OPTION OPTION)
+      | TEXT_KEYWORD FILE_KEYWORD text=STRING_KEYWORD line=(DOS_KEYWORD | UNIX_KEYWORD)?
+        (SEPARATOR_KEYWORD separator=STRING_KEYWORD (SEPARATOR_KEYWORD subseparator=STRING_KEYWORD)?)?
+        -> ^(LIST OPTION ^(OPTION $text) ^(OPTION $line?) ^(OPTION $separator?) ^(OPTION $subseparator?)
+             OPTION OPTION)
+      | BINARY_KEYWORD FILE_KEYWORD binary=STRING_KEYWORD
+        -> ^(LIST OPTION OPTION OPTION OPTION OPTION ^(OPTION $binary) OPTION)
+      | MEMORY_KEYWORD number=INTEGER_NUMBER_KEYWORD
+        (SIZE_KEYWORD size=(INTEGER_NUMBER_KEYWORD | HEXADECIMAL_NUMBER_KEYWORD))?
+        -> ^(LIST OPTION OPTION OPTION OPTION OPTION OPTION ^(OPTION $number $size?))
+      )
+    ;
+
+// Nine slots: cursor, truncate, text file, end of line, separator, subseparator, split,
+// binary file, memory.
+output_redirecting_statement
+    : INTO_KEYWORD
+      ( CURSOR_KEYWORD
+        -> ^(LIST ^(OPTION CURSOR_KEYWORD) OPTION OPTION OPTION OPTION OPTION OPTION OPTION OPTION)
+      | TRUNCATE_KEYWORD? TEXT_KEYWORD FILE_KEYWORD text=STRING_KEYWORD line=(DOS_KEYWORD | UNIX_KEYWORD)?
+        (SEPARATOR_KEYWORD separator=STRING_KEYWORD (SEPARATOR_KEYWORD subseparator=STRING_KEYWORD)?)?
+        (SPLIT_KEYWORD split=INTEGER_NUMBER_KEYWORD)?
+        -> ^(LIST OPTION ^(OPTION TRUNCATE_KEYWORD?) ^(OPTION $text) ^(OPTION $line?) ^(OPTION $separator?)
+             ^(OPTION $subseparator?) ^(OPTION $split?) OPTION OPTION)
+      | TRUNCATE_KEYWORD? BINARY_KEYWORD FILE_KEYWORD binary=STRING_KEYWORD
+        -> ^(LIST OPTION ^(OPTION TRUNCATE_KEYWORD?) OPTION OPTION OPTION OPTION OPTION ^(OPTION $binary) OPTION)
+      | MEMORY_KEYWORD number=INTEGER_NUMBER_KEYWORD
+        (SIZE_KEYWORD size=(INTEGER_NUMBER_KEYWORD | HEXADECIMAL_NUMBER_KEYWORD))?
+        -> ^(LIST OPTION OPTION OPTION OPTION OPTION OPTION OPTION OPTION ^(OPTION $number $size?))
+      )
+    ;
+
+// Objects, each possibly of another file: "[file] name {, [file] name}".
+file_object_list
+    : file_object_list_inner (COMMA_KEYWORD file_object_list_inner)* -> ^(LIST file_object_list_inner+)
+    ;
+
+file_object_list_inner
+    : (file=STRING_KEYWORD)? name=STRING_KEYWORD -> ^(LIST ^(OPTION $file?) $name)
+    ;
+
+file_object_selection_list
+    : file_object_selection_list_inner (COMMA_KEYWORD file_object_selection_list_inner)*
+      -> ^(LIST file_object_selection_list_inner+)
+    ;
+
+file_object_selection_list_inner
+    : (file=STRING_KEYWORD)? name=STRING_KEYWORD
+      (LEFT_PARENTHESIS_KEYWORD number_list RIGHT_PARENTHESIS_KEYWORD)?
+      -> ^(LIST ^(OPTION $file?) $name ^(OPTION number_list?))
+    ;
+
+number_list
+    : INTEGER_NUMBER_KEYWORD (COMMA_KEYWORD INTEGER_NUMBER_KEYWORD)* -> ^(LIST INTEGER_NUMBER_KEYWORD+)
+    ;
+
+// Keeps its commas: a comma where a number could stand is a position without a number.
+number_optional_list
+    : (x+=INTEGER_NUMBER_KEYWORD)? (x+=COMMA_KEYWORD (x+=INTEGER_NUMBER_KEYWORD)?)* -> ^(LIST $x*)
+    ;
 
 value_list
     : STRING_KEYWORD (COMMA_KEYWORD STRING_KEYWORD)* -> ^(LIST STRING_KEYWORD+)
+    ;
+
+// Each dimension is n, n TO n, n TO UNLIMITED or UNLIMITED; commas are dropped.
+dimension_list
+    : ( x+=INTEGER_NUMBER_KEYWORD (x+=TO_KEYWORD x+=(INTEGER_NUMBER_KEYWORD | UNLIMITED_KEYWORD))?
+      | x+=UNLIMITED_KEYWORD
+      )
+      ( COMMA_KEYWORD
+        ( x+=INTEGER_NUMBER_KEYWORD (x+=TO_KEYWORD x+=(INTEGER_NUMBER_KEYWORD | UNLIMITED_KEYWORD))?
+        | x+=UNLIMITED_KEYWORD
+        )
+      )*
+      -> ^(LIST $x+)
+    ;
+
+// Link targets as pairs of file and object name, flat.
+link_value_list
+    : STRING_KEYWORD STRING_KEYWORD (COMMA_KEYWORD STRING_KEYWORD STRING_KEYWORD)* -> ^(LIST STRING_KEYWORD+)
+    ;
+
+// One object with its selection: hyperslabs joined by operators, or points.
+object_selection
+    : (file=STRING_KEYWORD)? name=STRING_KEYWORD
+      ( (LEFT_PARENTHESIS_KEYWORD (INTEGER_NUMBER_KEYWORD | COMMA_KEYWORD)* COLON_KEYWORD)=>
+        hyperslabs+=hyperslab_selection
+        (operators+=(OR_KEYWORD | AND_KEYWORD | XOR_KEYWORD | NOTA_KEYWORD | NOTB_KEYWORD)
+         hyperslabs+=hyperslab_selection)*
+      | points+=point_selection ((COMMA_KEYWORD LEFT_PARENTHESIS_KEYWORD)=> COMMA_KEYWORD points+=point_selection)*
+      )?
+      -> ^(LIST ^(OPTION $file?) $name ^(OPTION $hyperslabs*) ^(OPTION $operators*) ^(OPTION $points*))
+    ;
+
+// start:stride:count:block for each dimension, kept flat with its colons and commas.
+hyperslab_selection
+    : LEFT_PARENTHESIS_KEYWORD
+      (x+=INTEGER_NUMBER_KEYWORD)?
+      (x+=COLON_KEYWORD (x+=INTEGER_NUMBER_KEYWORD)? (x+=COLON_KEYWORD (x+=INTEGER_NUMBER_KEYWORD)?
+       (x+=COLON_KEYWORD (x+=INTEGER_NUMBER_KEYWORD)?)?)?)?
+      ( x+=COMMA_KEYWORD
+        (x+=INTEGER_NUMBER_KEYWORD)?
+        (x+=COLON_KEYWORD (x+=INTEGER_NUMBER_KEYWORD)? (x+=COLON_KEYWORD (x+=INTEGER_NUMBER_KEYWORD)?
+         (x+=COLON_KEYWORD (x+=INTEGER_NUMBER_KEYWORD)?)?)?)?
+      )*
+      RIGHT_PARENTHESIS_KEYWORD
+      -> ^(LIST $x*)
+    ;
+
+point_selection
+    : LEFT_PARENTHESIS_KEYWORD number_list RIGHT_PARENTHESIS_KEYWORD -> number_list
+    ;
+
+// The values of one dimension level; keeps its commas, a lone comma is an omitted value.
+multiple_value_list
+    : LEFT_PARENTHESIS_KEYWORD multiple_value_sequence RIGHT_PARENTHESIS_KEYWORD -> ^(LIST multiple_value_sequence)
+    ;
+
+// Values and commas in the order written, flat under the list above.
+multiple_value_sequence
+    : multiple_value? (COMMA_KEYWORD multiple_value?)*
+    ;
+
+multiple_value
+    : value
+    | multiple_value_list
+    ;
+
+value
+    : INTEGER_NUMBER_KEYWORD
+    | FLOAT_NUMBER_KEYWORD
+    | HEXADECIMAL_NUMBER_KEYWORD
+    | STRING_KEYWORD
     ;
 
 //

@@ -24,6 +24,9 @@ LibraryBounds read_library_bounds(pANTLR3_BASE_TREE statement, int first_slot);
 /* A written low bound: EARLIEST 1, LATEST 2, the 1.8 version 4. */
 int read_bound_low(pANTLR3_BASE_TREE slot);
 
+/* A number slot's value: strtol with radix 0 for a hexadecimal token, atoi for any other. */
+int read_number(pANTLR3_BASE_TREE node);
+
 int read_create_directory(pANTLR3_BASE_TREE statement, int programming_language);
 int read_create_file(pANTLR3_BASE_TREE statement, int programming_language);
 int read_rename_directory(pANTLR3_BASE_TREE statement, int programming_language);
@@ -32,6 +35,11 @@ int read_copy_file(pANTLR3_BASE_TREE statement, int programming_language);
 int read_drop_directory(pANTLR3_BASE_TREE statement, int programming_language);
 int read_drop_file(pANTLR3_BASE_TREE statement, int programming_language);
 int read_use_directory(pANTLR3_BASE_TREE statement, int programming_language);
+int read_use_file(pANTLR3_BASE_TREE statement, int programming_language);
+int read_use_group(pANTLR3_BASE_TREE statement, int programming_language);
+int read_close_file(pANTLR3_BASE_TREE statement, int programming_language);
+int read_close_all_file(pANTLR3_BASE_TREE statement, int programming_language);
+int read_close_group(pANTLR3_BASE_TREE statement, int programming_language);
 
 } // namespace ormak
 

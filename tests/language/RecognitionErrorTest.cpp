@@ -1,0 +1,63 @@
+// Syntax errors: the first error of a script, its message, line and position.
+#include "OrmakTest.h"
+
+using RecognitionError = OrmakTest;
+
+namespace {
+struct Expected {
+    const char *script;
+    const char *message;
+    int line;
+    int position;
+};
+} // namespace
+
+TEST_F(RecognitionError, MessagesLinesAndPositions) {
+    const Expected cases[] = {
+        // A mistyped keyword is a word the language does not know. Positions count from 1.
+        {"CRAETE DIRECTORY a", "Unknown token \"CRAETE\"", 1, 1},
+        {"CREATE DIRECTORY a b", "Unknown token \"b\"", 1, 20},
+        {"CREATE FILE @", "Unknown token \"@\"", 1, 13},
+        // A statement that stops short, at the end or before a line end.
+        {"USE DIRECTORY", "Unexpected end of line (EOL)", 1, 14},
+        {"CREATE FILE\nCREATE FILE x", "Unexpected end of line (EOL)", 1, 12},
+        {"CREATE FILE a.h5,", "Unexpected end of line (EOL)", 1, 18},
+        // A known word in the wrong place, as the script spelled it.
+        {"CREATE DIRECTORY a, file", "Unexpected token \"file\"", 1, 21},
+        // Lines after the first count their positions from 1.
+        {"CREATE DIRECTORY a\n\nCRAETE DIRECTORY b", "Unknown token \"CRAETE\"", 3, 1},
+        {"CREATE DIRECTORY a\n\nCREATE DIRECTORY", "Unexpected end of line (EOL)", 3, 17},
+        {"\"never closed", "Unexpected end of line (EOL)", 1, 14},
+    };
+    for (const Expected &c : cases) {
+        SCOPED_TRACE(c.script);
+        EXPECT_EQ(run(c.script), ORMAK_ERROR_PARSE);
+        EXPECT_EQ(message(), c.message);
+        EXPECT_EQ(ormak_error_get_line(), c.line);
+        EXPECT_EQ(ormak_error_get_position(), c.position);
+    }
+}
+
+TEST_F(RecognitionError, OnlyTheFirstErrorCountsAndNothingRuns) {
+    EXPECT_EQ(run("CREATE DIRECTORY ok\nfirst x\nsecond y"), ORMAK_ERROR_PARSE);
+    EXPECT_EQ(message(), "Unknown token \"first\"");
+    EXPECT_EQ(ormak_error_get_line(), 2);
+    EXPECT_FALSE(exists("ok"));
+    // The next good script clears the report.
+    EXPECT_EQ(run("CREATE DIRECTORY ok"), 0);
+    EXPECT_EQ(ormak_error_get_line(), -1);
+    EXPECT_EQ(ormak_error_get_position(), -1);
+}
+
+// Broken scripts of many shapes must be refused cleanly, never crash.
+TEST_F(RecognitionError, GarbageIsRefusedCleanly) {
+    const char *scripts[] = {"(", ")", ",,,", "CREATE", "CREATE CREATE", "USE FILE a.h5 CACHE SLOTS",
+                             "CLOSE ALL", "\\", "/*", "0x", "\"", "RENAME FILE a AS", "COPY FILE a TO b TO c",
+                             "USE PARALLEL ATOMIC ATOMIC FILE a", "CREATE FILE a LIBRARY BOUNDS FROM TO"};
+    for (const char *script : scripts) {
+        SCOPED_TRACE(script);
+        EXPECT_EQ(run(script), ORMAK_ERROR_PARSE);
+        EXPECT_NE(ormak_error_get_message(), nullptr);
+        EXPECT_GE(ormak_error_get_line(), 1);
+    }
+}
