@@ -14,6 +14,15 @@ TEST(Parallel, BothRanksCreateOneFileTogether) {
     if (ormak_mpi_get_rank() == 0) EXPECT_EQ(ormak_execute("DROP FILE parallel-test.h5"), 0);
 }
 
+TEST(Parallel, BothRanksUseOneFileTogether) {
+    ASSERT_EQ(ormak_execute("CREATE TRUNCATE PARALLEL FILE parallel-use.h5"), 0) << ormak_error_get_message();
+    EXPECT_EQ(ormak_execute("USE PARALLEL ATOMIC FILE parallel-use.h5"), 0) << ormak_error_get_message();
+    EXPECT_EQ(ormak_execute("CLOSE FILE"), 0);
+    EXPECT_EQ(ormak_execute("USE PARALLEL FILE parallel-use.h5; CLOSE ALL FILE"), 0) << ormak_error_get_message();
+    MPI_Barrier(MPI_COMM_WORLD);
+    if (ormak_mpi_get_rank() == 0) EXPECT_EQ(ormak_execute("DROP FILE parallel-use.h5"), 0);
+}
+
 int main(int argc, char **argv) {
     ::testing::InitGoogleTest(&argc, argv);
     // Only rank 0 reports, so the two outputs do not interleave.
