@@ -31,6 +31,17 @@ int ormak_close_file(pANTLR3_BASE_TREE file_list);
 int ormak_close_all_file(void);
 int ormak_close_group(void);
 
+/* Session settings. */
+int ormak_flush(int flush_type);
+int _ormak_flush(int flush_type);
+int ormak_set_library_bounds(int bound_low_value, int bound_high_value);
+int ormak_set_cache(int object_type, int cache_slots, int cache_slots_value, int cache_size, int cache_size_value,
+                    int cache_preemption, double cache_preemption_value);
+int ormak_set_atomic(int use_file, int atomic_set);
+int ormak_set_external_link_prefix(const char *prefix_value);
+int ormak_set_flush(int flush_type, int flush_set);
+int ormak_set_debug(int debug_set);
+
 #ifdef __cplusplus
 }
 #endif

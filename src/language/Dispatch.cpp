@@ -23,9 +23,16 @@ const Row rows[] = {
     {USE_DIRECTORY, read_use_directory},
     {USE_FILE, read_use_file},
     {USE_GROUP, read_use_group},
+    {FLUSH, read_flush},
     {CLOSE_FILE, read_close_file},
     {CLOSE_ALL_FILE, read_close_all_file},
     {CLOSE_GROUP, read_close_group},
+    {SET_LIBRARY_BOUNDS, read_set_library_bounds},
+    {SET_CACHE, read_set_cache},
+    {SET_ATOMIC, read_set_atomic},
+    {SET_EXTERNAL_LINK_PREFIX, read_set_external_link_prefix},
+    {SET_FLUSH, read_set_flush},
+    {SET_DEBUG, read_set_debug},
 };
 
 } // namespace

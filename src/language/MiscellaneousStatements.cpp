@@ -1,4 +1,4 @@
-/* Readers of USE FILE, USE GROUP and the CLOSE statements. */
+/* Readers of USE FILE, USE GROUP, FLUSH, the CLOSE and the SET statements. */
 #include <stdlib.h>
 
 #include "OrmakParser.h"
@@ -38,6 +38,28 @@ UseCacheValue read_use_cache_value(pANTLR3_BASE_TREE statement, int index) {
     return result;
 }
 
+/* A cache value of SET CACHE: 0 left out, 1 FILE, 2 DEFAULT, 3 a number beside it. */
+UseCacheValue read_set_cache_value(pANTLR3_BASE_TREE statement, int index) {
+    UseCacheValue result;
+    pANTLR3_BASE_TREE node = tree::list(statement, index);
+    if (node == nullptr) return result;
+    switch (tree::type(node)) {
+    case FILE_KEYWORD: result.selector = 1; break;
+    case DEFAULT_KEYWORD: result.selector = 2; break;
+    default:
+        result.selector = 3;
+        result.value = read_number(node);
+        result.real = atof(tree::text(node));
+    }
+    return result;
+}
+
+/* ENABLE 0, DISABLE -1. */
+int read_enable(pANTLR3_BASE_TREE node) { return tree::type(node) == ENABLE_KEYWORD ? 0 : -1; }
+
+/* GLOBAL or left out 1, LOCAL 2. */
+int read_flush_kind(pANTLR3_BASE_TREE node) { return tree::type(node) == LOCAL_KEYWORD ? ORMAK_LOCAL : ORMAK_GLOBAL; }
+
 } // namespace
 
 int read_use_file(pANTLR3_BASE_TREE statement, int) {
@@ -67,5 +89,38 @@ int read_close_file(pANTLR3_BASE_TREE statement, int) { return ormak_close_file(
 int read_close_all_file(pANTLR3_BASE_TREE, int) { return ormak_close_all_file(); }
 
 int read_close_group(pANTLR3_BASE_TREE, int) { return ormak_close_group(); }
+
+/* No slot: the kind, if written, is the root's child 0. */
+int read_flush(pANTLR3_BASE_TREE statement, int) { return ormak_flush(read_flush_kind(tree::child(statement, 0))); }
+
+int read_set_library_bounds(pANTLR3_BASE_TREE statement, int) {
+    int low = tree::flag(statement, 0) == 0 ? read_bound_low(tree::slot(statement, 0)) : -1;
+    int high = tree::flag(statement, 1) == 0 ? ORMAK_LATEST : -1;
+    return ormak_set_library_bounds(low, high);
+}
+
+int read_set_cache(pANTLR3_BASE_TREE statement, int) {
+    int object_type = tree::choice(statement, 0) == DATASET_KEYWORD ? ORMAK_DATASET : ORMAK_FILE;
+    UseCacheValue slots = read_set_cache_value(statement, 1);
+    UseCacheValue size = read_set_cache_value(statement, 2);
+    UseCacheValue preemption = read_set_cache_value(statement, 3);
+    return ormak_set_cache(object_type, slots.selector, slots.value, size.selector, size.value, preemption.selector,
+                           preemption.real);
+}
+
+int read_set_atomic(pANTLR3_BASE_TREE statement, int) {
+    return ormak_set_atomic(tree::flag(statement, 0), read_enable(tree::list(statement, 1)));
+}
+
+int read_set_external_link_prefix(pANTLR3_BASE_TREE statement, int) {
+    return ormak_set_external_link_prefix(tree::name(statement, 0));
+}
+
+int read_set_flush(pANTLR3_BASE_TREE statement, int) {
+    return ormak_set_flush(read_flush_kind(tree::list(statement, 0)), read_enable(tree::list(statement, 1)));
+}
+
+/* No slot: the choice is the root's child 0. */
+int read_set_debug(pANTLR3_BASE_TREE statement, int) { return ormak_set_debug(read_enable(tree::child(statement, 0))); }
 
 } // namespace ormak

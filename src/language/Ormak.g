@@ -61,7 +61,9 @@ data_definition_statement
 
 miscellaneous_statement
     : use_statement
+    | flush_statement
     | close_statement
+    | set_statement
     ;
 
 create_statement
@@ -86,6 +88,17 @@ use_statement
 
 close_statement
     : CLOSE_KEYWORD! (close_file_statement | close_all_file_statement | close_group_statement)
+    ;
+
+set_statement
+    : SET_KEYWORD!
+      ( set_library_bounds_statement
+      | set_cache_statement
+      | set_atomic_statement
+      | set_external_link_prefix_statement
+      | set_flush_statement
+      | set_debug_statement
+      )
     ;
 
 create_directory_statement
@@ -146,6 +159,10 @@ use_group_statement
     : GROUP_KEYWORD STRING_KEYWORD -> ^(USE_GROUP STRING_KEYWORD)
     ;
 
+flush_statement
+    : FLUSH_KEYWORD (kind=(GLOBAL_KEYWORD | LOCAL_KEYWORD))? -> ^(FLUSH $kind?)
+    ;
+
 close_file_statement
     : FILE_KEYWORD value_list? -> ^(CLOSE_FILE value_list?)
     ;
@@ -156,6 +173,40 @@ close_all_file_statement
 
 close_group_statement
     : GROUP_KEYWORD -> CLOSE_GROUP
+    ;
+
+set_library_bounds_statement
+    : LIBRARY_KEYWORD BOUNDS_KEYWORD
+      (FROM_KEYWORD low=(EARLIEST_KEYWORD | LATEST_KEYWORD | VERSION_18_KEYWORD))?
+      (TO_KEYWORD high=LATEST_KEYWORD)?
+      -> ^(SET_LIBRARY_BOUNDS ^(OPTION $low?) ^(OPTION $high?))
+    ;
+
+set_cache_statement
+    : (object=(FILE_KEYWORD | DATASET_KEYWORD))? CACHE_KEYWORD
+      (SLOTS_KEYWORD slots=(FILE_KEYWORD | DEFAULT_KEYWORD | INTEGER_NUMBER_KEYWORD))?
+      (SIZE_KEYWORD size=(FILE_KEYWORD | DEFAULT_KEYWORD | INTEGER_NUMBER_KEYWORD | HEXADECIMAL_NUMBER_KEYWORD))?
+      (PREEMPTION_KEYWORD preemption=(FILE_KEYWORD | DEFAULT_KEYWORD | FLOAT_NUMBER_KEYWORD | INTEGER_NUMBER_KEYWORD))?
+      -> ^(SET_CACHE ^(OPTION $object?) ^(OPTION $slots?) ^(OPTION $size?) ^(OPTION $preemption?))
+    ;
+
+set_atomic_statement
+    : (USE_KEYWORD FILE_KEYWORD)? ATOMIC_KEYWORD choice=(ENABLE_KEYWORD | DISABLE_KEYWORD)
+      -> ^(SET_ATOMIC ^(OPTION USE_KEYWORD?) ^(OPTION $choice))
+    ;
+
+set_external_link_prefix_statement
+    : EXTERNAL_KEYWORD LINK_KEYWORD PREFIX_KEYWORD STRING_KEYWORD?
+      -> ^(SET_EXTERNAL_LINK_PREFIX ^(OPTION STRING_KEYWORD?))
+    ;
+
+set_flush_statement
+    : FLUSH_KEYWORD (kind=(GLOBAL_KEYWORD | LOCAL_KEYWORD))? choice=(ENABLE_KEYWORD | DISABLE_KEYWORD)
+      -> ^(SET_FLUSH ^(OPTION $kind?) ^(OPTION $choice))
+    ;
+
+set_debug_statement
+    : DEBUG_KEYWORD choice=(ENABLE_KEYWORD | DISABLE_KEYWORD) -> ^(SET_DEBUG $choice)
     ;
 
 // Shared rules.

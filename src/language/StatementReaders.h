@@ -40,6 +40,13 @@ int read_use_group(pANTLR3_BASE_TREE statement, int programming_language);
 int read_close_file(pANTLR3_BASE_TREE statement, int programming_language);
 int read_close_all_file(pANTLR3_BASE_TREE statement, int programming_language);
 int read_close_group(pANTLR3_BASE_TREE statement, int programming_language);
+int read_flush(pANTLR3_BASE_TREE statement, int programming_language);
+int read_set_library_bounds(pANTLR3_BASE_TREE statement, int programming_language);
+int read_set_cache(pANTLR3_BASE_TREE statement, int programming_language);
+int read_set_atomic(pANTLR3_BASE_TREE statement, int programming_language);
+int read_set_external_link_prefix(pANTLR3_BASE_TREE statement, int programming_language);
+int read_set_flush(pANTLR3_BASE_TREE statement, int programming_language);
+int read_set_debug(pANTLR3_BASE_TREE statement, int programming_language);
 
 } // namespace ormak
 

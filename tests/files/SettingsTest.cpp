@@ -1,0 +1,164 @@
+// Session settings change what later statements do; a refused SET changes nothing.
+#include "OrmakPrivateStructures.h"
+#include "OrmakTest.h"
+#include "ParseRule.h"
+
+class Settings : public OrmakTest {
+protected:
+    void TearDown() override {
+        // Settings outlive scripts: put the built-in ones back for the next test.
+        ormak_execute("SET CACHE SLOTS DEFAULT SIZE DEFAULT PREEMPTION DEFAULT; SET DATASET CACHE SLOTS FILE SIZE FILE "
+                      "PREEMPTION FILE; SET LIBRARY BOUNDS FROM EARLIEST; SET ATOMIC DISABLE; "
+                      "SET EXTERNAL LINK PREFIX; SET FLUSH DISABLE");
+        OrmakTest::TearDown();
+    }
+
+    static void file_cache(size_t &slots, size_t &size, double &preemption) {
+        int elements;
+        ASSERT_GE(H5Pget_cache(property_file_access_list, &elements, &slots, &size, &preemption), 0);
+    }
+};
+
+TEST(SettingsShape, StatementsReadTheirSlots) {
+    EXPECT_EQ(parse_rule("FLUSH", ORMAK_RULE(statement)), "FLUSH");
+    EXPECT_EQ(parse_rule("FLUSH LOCAL", ORMAK_RULE(statement)), "(FLUSH LOCAL)");
+    EXPECT_EQ(parse_rule("SET CACHE SLOTS 4", ORMAK_RULE(statement)), "(SET_CACHE OPTION (OPTION 4) OPTION OPTION)");
+    EXPECT_EQ(parse_rule("SET DATASET CACHE SIZE FILE PREEMPTION .5", ORMAK_RULE(statement)),
+              "(SET_CACHE (OPTION DATASET) OPTION (OPTION FILE) (OPTION .5))");
+    EXPECT_EQ(parse_rule("SET USE FILE ATOMIC ENABLE", ORMAK_RULE(statement)), "(SET_ATOMIC (OPTION USE) (OPTION ENABLE))");
+    EXPECT_EQ(parse_rule("SET EXTERNAL LINK PREFIX", ORMAK_RULE(statement)), "(SET_EXTERNAL_LINK_PREFIX OPTION)");
+    EXPECT_EQ(parse_rule("SET FLUSH DISABLE", ORMAK_RULE(statement)), "(SET_FLUSH OPTION (OPTION DISABLE))");
+    EXPECT_EQ(parse_rule("SET LIBRARY BOUNDS TO LATEST", ORMAK_RULE(statement)),
+              "(SET_LIBRARY_BOUNDS OPTION (OPTION LATEST))");
+    EXPECT_EQ(parse_rule("SET DEBUG ENABLE", ORMAK_RULE(statement)), "(SET_DEBUG ENABLE)");
+}
+
+TEST_F(Settings, FlushWithAndWithoutAFile) {
+    EXPECT_EQ(run("FLUSH; FLUSH LOCAL"), 0);
+    ASSERT_EQ(run("CREATE FILE a.h5; USE FILE a.h5"), 0);
+    EXPECT_EQ(run("FLUSH GLOBAL; FLUSH LOCAL"), 0);
+    EXPECT_EQ(run("SET FLUSH GLOBAL ENABLE"), 0);
+    EXPECT_EQ(flush_status, ORMAK_GLOBAL);
+    EXPECT_EQ(run("SET FLUSH LOCAL ENABLE"), 0);
+    EXPECT_EQ(flush_status, ORMAK_LOCAL);
+    EXPECT_EQ(run("SET FLUSH LOCAL DISABLE"), 0);
+    EXPECT_EQ(flush_status, -1);
+}
+
+TEST_F(Settings, FileCacheReachesFilesOpenedLater) {
+    EXPECT_EQ(run("SET FILE CACHE"), ORMAK_ERROR_UNKNOWN);
+    EXPECT_EQ(message(), "Error when setting file cache since no parameters were provided");
+    EXPECT_EQ(run("SET CACHE PREEMPTION 1.5"), ORMAK_ERROR_INVALID_VALUE);
+    EXPECT_EQ(message(), "Error when setting file cache since preemption is not between 0 and 1");
+    EXPECT_EQ(run("SET CACHE SIZE -4"), ORMAK_ERROR_INVALID_VALUE);
+    EXPECT_EQ(message(), "Error when setting file cache since size is not equal to or greater than 0");
+    EXPECT_EQ(run("SET CACHE SLOTS FILE"), ORMAK_ERROR_UNKNOWN);
+
+    EXPECT_EQ(run("SET CACHE SLOTS 101 SIZE 0x100000 PREEMPTION 0.0"), 0);
+    size_t slots, size;
+    double preemption;
+    file_cache(slots, size, preemption);
+    EXPECT_EQ(slots, 101u);
+    EXPECT_EQ(size, 0x100000u);
+    EXPECT_DOUBLE_EQ(preemption, 0.0);
+    EXPECT_EQ(run("SET CACHE PREEMPTION 1.0"), 0);
+    file_cache(slots, size, preemption);
+    EXPECT_EQ(slots, 101u);
+    EXPECT_DOUBLE_EQ(preemption, 1.0);
+
+    ASSERT_EQ(run("CREATE FILE a.h5; USE FILE a.h5"), 0);
+    int elements;
+    ASSERT_GE(H5Pget_cache(current_file->property_access_list, &elements, &slots, &size, &preemption), 0);
+    EXPECT_EQ(slots, 101u);
+}
+
+TEST_F(Settings, DatasetCache) {
+    EXPECT_EQ(run("SET DATASET CACHE SLOTS -1"), ORMAK_ERROR_INVALID_VALUE);
+    EXPECT_EQ(message(), "Error when setting dataset cache since slots is not equal to or greater than 0");
+    EXPECT_EQ(run("SET DATASET CACHE SLOTS 11 SIZE DEFAULT PREEMPTION 0.25"), 0);
+    size_t slots, size;
+    double preemption;
+    ASSERT_GE(H5Pget_chunk_cache(property_dataset_access_list0, &slots, &size, &preemption), 0);
+    EXPECT_EQ(slots, 11u);
+    EXPECT_EQ(size, 1048576u);
+    EXPECT_DOUBLE_EQ(preemption, 0.25);
+    // FILE hands the choice back to the file's cache: HDF5 reports the file's value then.
+    EXPECT_EQ(run("SET CACHE SLOTS 77; SET DATASET CACHE SLOTS FILE"), 0);
+    ASSERT_GE(H5Pget_chunk_cache(property_dataset_access_list0, &slots, &size, &preemption), 0);
+    EXPECT_NE(slots, 11u);
+    EXPECT_EQ(size, 1048576u);
+}
+
+TEST_F(Settings, LibraryBoundsReachNewFiles) {
+    EXPECT_EQ(run("SET LIBRARY BOUNDS"), ORMAK_ERROR_UNKNOWN);
+    EXPECT_EQ(message(), "Error when setting library bounds since no parameters were provided");
+    EXPECT_EQ(run("SET LIBRARY BOUNDS FROM LATEST"), 0);
+    H5F_libver_t low, high;
+    ASSERT_GE(H5Pget_libver_bounds(property_file_access_list, &low, &high), 0);
+    EXPECT_EQ(low, H5F_LIBVER_LATEST);
+    EXPECT_EQ(high, H5F_LIBVER_LATEST);
+    ASSERT_EQ(run("CREATE FILE new.h5"), 0);
+    hid_t file = H5Fopen("new.h5", H5F_ACC_RDONLY, H5P_DEFAULT);
+    H5F_info2_t info;
+    ASSERT_GE(H5Fget_info2(file, &info), 0);
+    EXPECT_GE(info.super.version, 2u);
+    H5Fclose(file);
+    // A low bound alone keeps the high bound.
+    EXPECT_EQ(run("SET LIBRARY BOUNDS FROM EARLIEST"), 0);
+    ASSERT_GE(H5Pget_libver_bounds(property_file_access_list, &low, &high), 0);
+    EXPECT_EQ(low, H5F_LIBVER_EARLIEST);
+    EXPECT_EQ(high, H5F_LIBVER_LATEST);
+}
+
+TEST_F(Settings, Atomicity) {
+    EXPECT_EQ(run("SET ATOMIC ENABLE"), 0);
+    EXPECT_EQ(atomic_status, 0);
+    EXPECT_EQ(run("SET USE FILE ATOMIC ENABLE"), ORMAK_ERROR_NOT_OPEN);
+    EXPECT_EQ(message(), "Error when setting atomicity of MPI operations as no file is in use");
+    ASSERT_EQ(run("CREATE FILE a.h5; USE FILE a.h5"), 0);
+    EXPECT_EQ(run("SET USE FILE ATOMIC DISABLE"), ORMAK_ERROR_NOT_SUPPORTED);
+    EXPECT_EQ(message(),
+              "Error when setting atomicity of MPI operations as the file was not opened for parallel operations");
+    EXPECT_EQ(run("SET ATOMIC DISABLE"), 0);
+    EXPECT_EQ(atomic_status, -1);
+}
+
+TEST_F(Settings, ExternalLinkPrefixComesAndGoes) {
+    EXPECT_EQ(run("SET EXTERNAL LINK PREFIX \"/data/\""), 0);
+    EXPECT_EQ(prefix_status, 0);
+    EXPECT_STREQ(external_link_prefix, "/data/");
+    for (hid_t list : {property_group_access_list, property_dataset_access_list1, property_link_access_list}) {
+        ASSERT_GT(list, 0);
+        char prefix[64] = "";
+        H5Pget_elink_prefix(list, prefix, sizeof prefix);
+        EXPECT_STREQ(prefix, "/data/");
+    }
+    EXPECT_EQ(run("SET EXTERNAL LINK PREFIX"), 0);
+    EXPECT_EQ(prefix_status, -1);
+    EXPECT_STREQ(external_link_prefix, "");
+    EXPECT_EQ(property_group_access_list, 0);
+    EXPECT_EQ(property_dataset_access_list1, 0);
+    EXPECT_EQ(property_link_access_list, 0);
+}
+
+TEST_F(Settings, DebugTracesEveryExecutorAfterItsWork) {
+    testing::internal::CaptureStdout();
+    EXPECT_EQ(run("CREATE FILE a.h5"), 0);
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
+
+    testing::internal::CaptureStdout();
+    EXPECT_EQ(run("SET DEBUG ENABLE; USE FILE a.h5; USE GROUP g; SET DEBUG DISABLE"), ORMAK_ERROR_NOT_FOUND);
+    EXPECT_EQ(run("USE GROUP /; SET DEBUG DISABLE; USE GROUP /"), 0);
+    std::string trace = testing::internal::GetCapturedStdout();
+    EXPECT_EQ(trace,
+              "FUNCTION CALL <ormak_set_debug>\n   debug_set <0>\nFUNCTION RETURN <0>\n\n"
+              "FUNCTION CALL <ormak_use_file>\n   file_list <" + trace.substr(trace.find("file_list <") + 11,
+                                                                         trace.find(">\n   file_readonly") -
+                                                                             trace.find("file_list <") - 11) +
+                  ">\n   file_readonly <-1>\n   atomic <-1>\n   file_parallel <-1>\n   library_bounds <-1>\n"
+                  "   library_bound_low_value <-1>\n   library_bound_high_value <-1>\n   cache <-1>\n"
+                  "   cache_slots <-1>\n   cache_slots_value <-1>\n   cache_size <-1>\n   cache_size_value <-1>\n"
+                  "   cache_premmption <-1>\n   cache_preemption_value <-1.000000>\nFUNCTION RETURN <0>\n\n"
+                  "FUNCTION CALL <ormak_use_group>\n   group_name <g>\nFUNCTION RETURN <-2>\n\n"
+                  "FUNCTION CALL <ormak_use_group>\n   group_name </>\nFUNCTION RETURN <0>\n\n");
+}
