@@ -31,6 +31,13 @@ int ormak_close_file(pANTLR3_BASE_TREE file_list);
 int ormak_close_all_file(void);
 int ormak_close_group(void);
 
+/* Groups and links. */
+int ormak_create_group(pANTLR3_BASE_TREE group_list, int group_truncate, int object_order, int object_storage,
+                       int object_max_compact, int object_min_dense, int attribute_order, int attribute_storage,
+                       int attribute_max_compact, int attribute_min_dense);
+int ormak_create_link(pANTLR3_BASE_TREE link_list, pANTLR3_BASE_TREE object_list, int link_type, int link_truncate);
+int ormak_create_external_link(pANTLR3_BASE_TREE link_list, pANTLR3_BASE_TREE object_list, int link_truncate);
+
 /* Session settings. */
 int ormak_flush(int flush_type);
 int _ormak_flush(int flush_type);

@@ -15,6 +15,9 @@ struct Row {
 const Row rows[] = {
     {CREATE_DIRECTORY, read_create_directory},
     {CREATE_FILE, read_create_file},
+    {CREATE_GROUP, read_create_group},
+    {CREATE_LINK, read_create_link},
+    {CREATE_EXTERNAL_LINK, read_create_external_link},
     {RENAME_DIRECTORY, read_rename_directory},
     {RENAME_FILE, read_rename_file},
     {COPY_FILE, read_copy_file},

@@ -67,7 +67,13 @@ miscellaneous_statement
     ;
 
 create_statement
-    : CREATE_KEYWORD! (create_directory_statement | create_file_statement)
+    : CREATE_KEYWORD!
+      ( create_directory_statement
+      | create_file_statement
+      | create_group_statement
+      | create_link_statement
+      | create_external_link_statement
+      )
     ;
 
 rename_statement
@@ -112,6 +118,27 @@ create_file_statement
        (TO_KEYWORD high=LATEST_KEYWORD)?)?
       -> ^(CREATE_FILE ^(OPTION TRUNCATE_KEYWORD?) ^(OPTION PARALLEL_KEYWORD?) ^(OPTION value_list)
            ^(OPTION LIBRARY_KEYWORD?) ^(OPTION $low?) ^(OPTION $high?))
+    ;
+
+create_group_statement
+    : TRUNCATE_KEYWORD? GROUP_KEYWORD file_object_list
+      (ORDER_KEYWORD order=(TRACKED_KEYWORD | INDEXED_KEYWORD))?
+      (STORAGE_KEYWORD COMPACT_KEYWORD compact=INTEGER_NUMBER_KEYWORD DENSE_KEYWORD dense=INTEGER_NUMBER_KEYWORD)?
+      (ATTRIBUTE_KEYWORD ORDER_KEYWORD attribute_order=(TRACKED_KEYWORD | INDEXED_KEYWORD))?
+      (ATTRIBUTE_KEYWORD STORAGE_KEYWORD COMPACT_KEYWORD attribute_compact=INTEGER_NUMBER_KEYWORD
+       DENSE_KEYWORD attribute_dense=INTEGER_NUMBER_KEYWORD)?
+      -> ^(CREATE_GROUP ^(OPTION TRUNCATE_KEYWORD?) ^(OPTION file_object_list) ^(OPTION $order?)
+           ^(OPTION $compact? $dense?) ^(OPTION $attribute_order?) ^(OPTION $attribute_compact? $attribute_dense?))
+    ;
+
+create_link_statement
+    : TRUNCATE_KEYWORD? (kind=(SOFT_KEYWORD | HARD_KEYWORD))? LINK_KEYWORD file_object_list TO_KEYWORD value_list
+      -> ^(CREATE_LINK ^(OPTION TRUNCATE_KEYWORD?) ^(OPTION $kind?) ^(OPTION file_object_list) ^(OPTION value_list))
+    ;
+
+create_external_link_statement
+    : TRUNCATE_KEYWORD? EXTERNAL_KEYWORD LINK_KEYWORD file_object_list TO_KEYWORD link_value_list
+      -> ^(CREATE_EXTERNAL_LINK ^(OPTION TRUNCATE_KEYWORD?) ^(OPTION file_object_list) ^(OPTION link_value_list))
     ;
 
 rename_directory_statement

@@ -29,6 +29,9 @@ int read_number(pANTLR3_BASE_TREE node);
 
 int read_create_directory(pANTLR3_BASE_TREE statement, int programming_language);
 int read_create_file(pANTLR3_BASE_TREE statement, int programming_language);
+int read_create_group(pANTLR3_BASE_TREE statement, int programming_language);
+int read_create_link(pANTLR3_BASE_TREE statement, int programming_language);
+int read_create_external_link(pANTLR3_BASE_TREE statement, int programming_language);
 int read_rename_directory(pANTLR3_BASE_TREE statement, int programming_language);
 int read_rename_file(pANTLR3_BASE_TREE statement, int programming_language);
 int read_copy_file(pANTLR3_BASE_TREE statement, int programming_language);

@@ -1,0 +1,66 @@
+#include <errno.h>
+#include <stdio.h>
+
+#include "ObjectStatement.h"
+#include "../OrmakExecutors.h"
+#include "../files/FilesInUse.h"
+#include "../language/TreeReader.h"
+#include "../session/Session.h"
+
+namespace ormak {
+
+int ObjectMessage::fail(int status, const char *object_name, const char *cause) const {
+    int length = snprintf(error_message, sizeof error_message, plain_.c_str(), object_name);
+    if (length >= 0 && length < (int)sizeof error_message)
+        snprintf(error_message + length, sizeof error_message - length, "%s", cause);
+    return status;
+}
+
+int ObjectMessage::fail_call(const char *object_name) const {
+    if (errno == ENOSPC)
+        return fail(ORMAK_ERROR_NOT_ENOUGH_SPACE, object_name, " as there is not enough space available");
+    return fail(ORMAK_ERROR_UNKNOWN, object_name);
+}
+
+const char *tree_first_object_name(pANTLR3_BASE_TREE list) {
+    const char *name = tree::text(tree::child(tree::child(list, 0), 1));
+    return name ? name : "";
+}
+
+int for_each_object(pANTLR3_BASE_TREE list, const ObjectMessage &message,
+                    const std::function<int(const ObjectItem &item)> &work, int file_parallel) {
+    int status = ORMAK_SUCCESS;
+    bool file_opened = false;
+    for (int i = 0; i < tree::count(list); i++) {
+        pANTLR3_BASE_TREE item = tree::child(list, i);
+        ObjectItem object = {i, tree::text(tree::child(tree::child(item, 0), 0)), tree::text(tree::child(item, 1))};
+        if (object.file_name) {
+            if ((status = _ormak_use_file(object.file_name, file_parallel)) != ORMAK_SUCCESS) break;
+            file_opened = true;
+        } else if (current_file == nullptr) {
+            status = message.fail(ORMAK_ERROR_NOT_OPEN, object.object_name, " as no file is in use");
+            break;
+        }
+        errno = 0;
+        if ((status = work(object)) != ORMAK_SUCCESS) break;
+        if (flush_status != -1) {
+            errno = 0;
+            if (_ormak_flush(flush_status) != ORMAK_SUCCESS) {
+                status = message.fail_call(object.object_name);
+                break;
+            }
+        }
+        if (file_opened) {
+            file_opened = false;
+            if ((status = _ormak_close_file()) != ORMAK_SUCCESS) break;
+        }
+    }
+    /* A file named by an item is never left open, on success or failure. */
+    if (file_opened) {
+        int close_status = _ormak_close_file();
+        if (close_status != ORMAK_SUCCESS) status = close_status;
+    }
+    return status;
+}
+
+} // namespace ormak

@@ -1,0 +1,45 @@
+/* The skeleton that every statement changing objects inside files shares: each item of a
+   list may name its own file, which is open for that item only; after a change the file
+   is flushed when automatic flush is on; the first failing item ends the statement and
+   earlier items stay done. */
+#ifndef ORMAK_OBJECT_STATEMENT_H
+#define ORMAK_OBJECT_STATEMENT_H
+
+#include <functional>
+#include <string>
+
+#include <antlr3.h>
+
+namespace ormak {
+
+/* One item of a list of objects, each "[file] name". */
+struct ObjectItem {
+    int index;
+    const char *file_name;   /* null when the item names no file */
+    const char *object_name;
+};
+
+/* The statement's plain message for one object, such as "Error when creating group \"%s\"";
+   its other messages are this text and a cause. */
+class ObjectMessage {
+public:
+    explicit ObjectMessage(std::string plain) : plain_(std::move(plain)) {}
+    int fail(int status, const char *object_name, const char *cause = "") const;
+    /* After a failed HDF5 call: a full device, or the plain message. */
+    int fail_call(const char *object_name) const;
+
+private:
+    std::string plain_;
+};
+
+/* The object name of the first item, for messages about the statement as a whole. */
+const char *tree_first_object_name(pANTLR3_BASE_TREE list);
+
+/* Runs `work` on each item of `list` with the item's file in use, in order, until one
+   fails. Returns the status of the statement. */
+int for_each_object(pANTLR3_BASE_TREE list, const ObjectMessage &message,
+                    const std::function<int(const ObjectItem &item)> &work, int file_parallel = -1);
+
+} // namespace ormak
+
+#endif
