@@ -1,5 +1,7 @@
 /* The one road from script text to effect: recognise the whole script, then run its
    statements in order and stop at the first that fails. */
+#include <string>
+
 #include "OrmakLexer.h"
 #include "OrmakParser.h"
 #include "../OrmakPrivateStructures.h"
@@ -56,10 +58,16 @@ extern "C" int _ormak_execute(const char *script, int script_size, int programmi
     pOrmakLexer lexer = nullptr;
     pANTLR3_COMMON_TOKEN_STREAM stream = nullptr;
     pOrmakParser parser = nullptr;
+    std::string bounded_script;
 
     if (script == nullptr || script_size < 0) {
         execute_status = ORMAK_ERROR_UNKNOWN;
         goto clean_up;
+    }
+    /* Syntax errors tell the end of the script by the zero byte behind it. */
+    if (script[script_size] != '\0') {
+        bounded_script.assign(script, (size_t)script_size);
+        script = bounded_script.c_str();
     }
     input = antlr3StringStreamNew((pANTLR3_UINT8)script, ANTLR3_ENC_8BIT, (ANTLR3_UINT32)script_size,
                                   (pANTLR3_UINT8) "Ormak");

@@ -86,6 +86,9 @@ TEST_F(Session, OnlyScriptSizeBytesAreRead) {
     EXPECT_EQ(_ormak_execute(script, 20, 1), 0);
     EXPECT_TRUE(is_directory("abc"));
     EXPECT_FALSE(exists("zzz"));
+    // Cut in the middle of a statement, the script ends there.
+    EXPECT_EQ(_ormak_execute(script, 38, 1), ORMAK_ERROR_PARSE);
+    EXPECT_EQ(message(), "Unexpected end of line (EOL)");
 }
 
 TEST_F(Session, BindingsGetAPackedReturnWord) {
