@@ -22,6 +22,55 @@ void usage() {
             "       ormak               read statements at a prompt, or a script from a pipe\n");
 }
 
+/* One value of a fixed numeric type as text. */
+std::string number_text(int type, const void *data) {
+    char text[64];
+    switch (type) {
+    case ORMAK_TINYINT: case ORMAK_VARTINYINT: snprintf(text, sizeof text, "%d", *(const int8_t *)data); break;
+    case ORMAK_UNSIGNED_TINYINT: case ORMAK_UNSIGNED_VARTINYINT: snprintf(text, sizeof text, "%u", *(const uint8_t *)data); break;
+    case ORMAK_SMALLINT: case ORMAK_VARSMALLINT: snprintf(text, sizeof text, "%d", *(const int16_t *)data); break;
+    case ORMAK_UNSIGNED_SMALLINT: case ORMAK_UNSIGNED_VARSMALLINT: snprintf(text, sizeof text, "%u", *(const uint16_t *)data); break;
+    case ORMAK_INT: case ORMAK_VARINT: snprintf(text, sizeof text, "%d", *(const int32_t *)data); break;
+    case ORMAK_UNSIGNED_INT: case ORMAK_UNSIGNED_VARINT: snprintf(text, sizeof text, "%u", *(const uint32_t *)data); break;
+    case ORMAK_BIGINT: case ORMAK_VARBIGINT: snprintf(text, sizeof text, "%lld", (long long)*(const int64_t *)data); break;
+    case ORMAK_UNSIGNED_BIGINT: case ORMAK_UNSIGNED_VARBIGINT:
+        snprintf(text, sizeof text, "%llu", (unsigned long long)*(const uint64_t *)data); break;
+    case ORMAK_FLOAT: case ORMAK_VARFLOAT: snprintf(text, sizeof text, "%g", *(const float *)data); break;
+    case ORMAK_DOUBLE: case ORMAK_VARDOUBLE: snprintf(text, sizeof text, "%.17g", *(const double *)data); break;
+    default: snprintf(text, sizeof text, "?");
+    }
+    return text;
+}
+
+/* Prints the cursor in use, one value a line; values with inner members print them on
+   their line, separated by blanks. Then empties it, so that it is printed once. */
+void print_cursor() {
+    int type = ormak_cursor_get_data_type(nullptr);
+    ormak_cursor_absolute(nullptr, -ormak_cursor_get_count(nullptr) - 1);
+    while (ormak_cursor_next(nullptr) == ORMAK_SUCCESS) {
+        std::string line;
+        if (type == ORMAK_VARCHAR) {
+            const char *text = ormak_cursor_get_char(nullptr);
+            line = text ? text : "";
+        } else if (ormak_subcursor_get_count(nullptr) > 0) {
+            ormak_subcursor_absolute(nullptr, -ormak_subcursor_get_count(nullptr) - 1);
+            while (ormak_subcursor_next(nullptr) == ORMAK_SUCCESS) {
+                const unsigned char *member = ormak_subcursor_get_unsigned_tinyint(nullptr);
+                if (type == ORMAK_CHAR) {
+                    if (*member) line += (char)*member;
+                } else {
+                    if (!line.empty()) line += ' ';
+                    line += type == ORMAK_OPAQUE ? std::to_string(*member) : number_text(type, member);
+                }
+            }
+        } else if (ormak_cursor_get(nullptr) != nullptr) {
+            line = number_text(type, ormak_cursor_get(nullptr));
+        }
+        printf("%s\n", line.c_str());
+    }
+    ormak_cursor_clear(nullptr);
+}
+
 /* Runs a script and reports a failure; returns the status. */
 int run(const std::string &script) {
     int status = ormak_execute(script.c_str());
@@ -31,7 +80,7 @@ int run(const std::string &script) {
             fprintf(stderr, "line %d, position %d: ", ormak_error_get_line(), ormak_error_get_position());
         fprintf(stderr, "%s (status %d)\n", message ? message : "Error", status);
     }
-    // Statements that produce results will print them here.
+    if (ormak_cursor_get_count(nullptr) > 0) print_cursor();
     return status;
 }
 

@@ -117,8 +117,72 @@ const char *_ormak_get_architecture(void);
 char *ormak_get_canonical_path(const char *object_name, char *object_name_result);
 char *_ormak_get_canonical_path_with_size(const char *object_name, int *object_name_size);
 
-/* Cursors. */
+/* Cursors. A null cursor means the cursor in use. Each navigation and value function has a
+   subcursor twin that works on the inner values of the current element. */
+int ormak_cursor_initialize(ORMAK_CURSOR *cursor);
+int ormak_cursor_use(const ORMAK_CURSOR *cursor);
+int ormak_cursor_use_default(void);
 int ormak_cursor_clear(ORMAK_CURSOR *cursor);
+int ormak_cursor_clone(const ORMAK_CURSOR *cursor_original, ORMAK_CURSOR *cursor_clone);
+
+int ormak_cursor_get_data_type(const ORMAK_CURSOR *cursor);
+int ormak_cursor_get_count(const ORMAK_CURSOR *cursor);
+int ormak_cursor_get_position(const ORMAK_CURSOR *cursor);
+int ormak_cursor_get_size(const ORMAK_CURSOR *cursor);
+int ormak_subcursor_get_count(const ORMAK_CURSOR *cursor);
+int ormak_subcursor_get_position(const ORMAK_CURSOR *cursor);
+int ormak_subcursor_get_size(const ORMAK_CURSOR *cursor);
+
+int ormak_cursor_first(ORMAK_CURSOR *cursor);
+int ormak_cursor_last(ORMAK_CURSOR *cursor);
+int ormak_cursor_next(ORMAK_CURSOR *cursor);
+int ormak_cursor_previous(ORMAK_CURSOR *cursor);
+int ormak_cursor_absolute(ORMAK_CURSOR *cursor, int position);
+int ormak_cursor_relative(ORMAK_CURSOR *cursor, int position);
+int ormak_subcursor_first(ORMAK_CURSOR *cursor);
+int ormak_subcursor_last(ORMAK_CURSOR *cursor);
+int ormak_subcursor_next(ORMAK_CURSOR *cursor);
+int ormak_subcursor_previous(ORMAK_CURSOR *cursor);
+int ormak_subcursor_absolute(ORMAK_CURSOR *cursor, int position);
+int ormak_subcursor_relative(ORMAK_CURSOR *cursor, int position);
+
+/* The value of the current element, unconverted; null where there is none. */
+void *ormak_cursor_get(const ORMAK_CURSOR *cursor);
+void *ormak_subcursor_get(const ORMAK_CURSOR *cursor);
+char *ormak_cursor_get_tinyint(const ORMAK_CURSOR *cursor);
+char *ormak_subcursor_get_tinyint(const ORMAK_CURSOR *cursor);
+uint8_t *ormak_cursor_get_unsigned_tinyint(const ORMAK_CURSOR *cursor);
+uint8_t *ormak_subcursor_get_unsigned_tinyint(const ORMAK_CURSOR *cursor);
+int16_t *ormak_cursor_get_smallint(const ORMAK_CURSOR *cursor);
+int16_t *ormak_subcursor_get_smallint(const ORMAK_CURSOR *cursor);
+uint16_t *ormak_cursor_get_unsigned_smallint(const ORMAK_CURSOR *cursor);
+uint16_t *ormak_subcursor_get_unsigned_smallint(const ORMAK_CURSOR *cursor);
+int32_t *ormak_cursor_get_int(const ORMAK_CURSOR *cursor);
+int32_t *ormak_subcursor_get_int(const ORMAK_CURSOR *cursor);
+uint32_t *ormak_cursor_get_unsigned_int(const ORMAK_CURSOR *cursor);
+uint32_t *ormak_subcursor_get_unsigned_int(const ORMAK_CURSOR *cursor);
+int64_t *ormak_cursor_get_bigint(const ORMAK_CURSOR *cursor);
+int64_t *ormak_subcursor_get_bigint(const ORMAK_CURSOR *cursor);
+uint64_t *ormak_cursor_get_unsigned_bigint(const ORMAK_CURSOR *cursor);
+uint64_t *ormak_subcursor_get_unsigned_bigint(const ORMAK_CURSOR *cursor);
+float *ormak_cursor_get_float(const ORMAK_CURSOR *cursor);
+float *ormak_subcursor_get_float(const ORMAK_CURSOR *cursor);
+double *ormak_cursor_get_double(const ORMAK_CURSOR *cursor);
+double *ormak_subcursor_get_double(const ORMAK_CURSOR *cursor);
+char *ormak_cursor_get_char(const ORMAK_CURSOR *cursor);
+char *ormak_subcursor_get_char(const ORMAK_CURSOR *cursor);
+
+/* Cursors, for executors and bindings. */
+void _ormak_cursor_set_data_type(int data_type);
+int _ormak_cursor_add(const void *data, int size);
+int _ormak_subcursor_add(const void *data, int size);
+char *_ormak_cursor_get_char_with_size(const ORMAK_CURSOR *cursor, int *size);
+char *_ormak_subcursor_get_char_with_size(const ORMAK_CURSOR *cursor, int *size);
+uintptr_t _ormak_cursor_create(void);
+void _ormak_cursor_destroy(uintptr_t address);
+
+/* Debug: prints the cursor in use. */
+void _ormak_show_debug_information(void);
 
 /* Memory variables, by number, for bindings. */
 int _ormak_variable_unregister(int number);
