@@ -39,6 +39,13 @@ typedef struct _ormak_file {
     struct _ormak_file *previous;
 } _ormak_file;
 
+/* One member of a compound type, flattened: a nested member's name is "parent.member". */
+typedef struct _ormak_compound {
+    char name[ORMAK_TEXT_SIZE];
+    int data_type;
+    int offset;
+} _ormak_compound;
+
 /* The session: one per process, alive from load to unload. */
 extern void *error_data;
 extern H5E_auto2_t error_function;

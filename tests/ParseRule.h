@@ -39,6 +39,26 @@ std::string parse_rule(const std::string &text, Rule rule) {
     return result;
 }
 
+// Parses `text` with `rule` and hands the tree to `use` while the parser is alive; the tree
+// is null if the text failed recognition.
+template <typename Rule, typename Use>
+void with_rule_tree(const std::string &text, Rule rule, Use use) {
+    recognition_status = 0;
+    pANTLR3_INPUT_STREAM input = antlr3StringStreamNew((pANTLR3_UINT8)text.c_str(), ANTLR3_ENC_8BIT,
+                                                       (ANTLR3_UINT32)text.size(), (pANTLR3_UINT8) "test");
+    input->setUcaseLA(input, ANTLR3_TRUE);
+    pOrmakLexer lexer = OrmakLexerNew(input);
+    pANTLR3_COMMON_TOKEN_STREAM stream = antlr3CommonTokenStreamSourceNew(1025, TOKENSOURCE(lexer));
+    pOrmakParser parser = OrmakParserNew(stream);
+    pANTLR3_BASE_TREE tree = rule(parser);
+    use(recognition_status == 0 ? tree : nullptr);
+    parser->free(parser);
+    stream->free(stream);
+    lexer->free(lexer);
+    input->close(input);
+    recognition_status = 0;
+}
+
 // The token types the lexer makes of `text`, hidden and skipped ones left out.
 inline std::vector<int> lex(const std::string &text) {
     pANTLR3_INPUT_STREAM input = antlr3StringStreamNew((pANTLR3_UINT8)text.c_str(), ANTLR3_ENC_8BIT,
