@@ -15,32 +15,8 @@
 // Names a rule of the parser for parse_rule: RULE(compound).
 #define ORMAK_RULE(name) [](pOrmakParser parser) { return (pANTLR3_BASE_TREE)parser->name(parser).tree; }
 
-// The tree of `text` read by `rule`, as "(ROOT child child)", or "ERROR" if the text
-// failed recognition.
-template <typename Rule>
-std::string parse_rule(const std::string &text, Rule rule) {
-    recognition_status = 0;
-    pANTLR3_INPUT_STREAM input = antlr3StringStreamNew((pANTLR3_UINT8)text.c_str(), ANTLR3_ENC_8BIT,
-                                                       (ANTLR3_UINT32)text.size(), (pANTLR3_UINT8) "test");
-    input->setUcaseLA(input, ANTLR3_TRUE);
-    pOrmakLexer lexer = OrmakLexerNew(input);
-    pANTLR3_COMMON_TOKEN_STREAM stream = antlr3CommonTokenStreamSourceNew(1025, TOKENSOURCE(lexer));
-    pOrmakParser parser = OrmakParserNew(stream);
-    pANTLR3_BASE_TREE tree = rule(parser);
-    std::string result = "ERROR";
-    // The rule must also take the whole text.
-    bool whole = stream->tstream->istream->_LA(stream->tstream->istream, 1) == ANTLR3_TOKEN_EOF;
-    if (tree && recognition_status == 0 && whole) result = (const char *)tree->toStringTree(tree)->chars;
-    parser->free(parser);
-    stream->free(stream);
-    lexer->free(lexer);
-    input->close(input);
-    recognition_status = 0;
-    return result;
-}
-
-// Parses `text` with `rule` and hands the tree to `use` while the parser is alive; the tree
-// is null if the text failed recognition.
+// Parses `text` with `rule` and hands the tree to `use` while the parser is alive, with
+// whether the rule took the whole text; the tree is null if the text failed recognition.
 template <typename Rule, typename Use>
 void with_rule_tree(const std::string &text, Rule rule, Use use) {
     recognition_status = 0;
@@ -51,12 +27,24 @@ void with_rule_tree(const std::string &text, Rule rule, Use use) {
     pANTLR3_COMMON_TOKEN_STREAM stream = antlr3CommonTokenStreamSourceNew(1025, TOKENSOURCE(lexer));
     pOrmakParser parser = OrmakParserNew(stream);
     pANTLR3_BASE_TREE tree = rule(parser);
-    use(recognition_status == 0 ? tree : nullptr);
+    bool whole = stream->tstream->istream->_LA(stream->tstream->istream, 1) == ANTLR3_TOKEN_EOF;
+    use(recognition_status == 0 ? tree : nullptr, whole);
     parser->free(parser);
     stream->free(stream);
     lexer->free(lexer);
     input->close(input);
     recognition_status = 0;
+}
+
+// The tree of `text` read by `rule`, as "(ROOT child child)", or "ERROR" if the text failed
+// recognition or the rule did not take all of it.
+template <typename Rule>
+std::string parse_rule(const std::string &text, Rule rule) {
+    std::string result = "ERROR";
+    with_rule_tree(text, rule, [&](pANTLR3_BASE_TREE tree, bool whole) {
+        if (tree && whole) result = (const char *)tree->toStringTree(tree)->chars;
+    });
+    return result;
 }
 
 // The token types the lexer makes of `text`, hidden and skipped ones left out.

@@ -70,20 +70,20 @@ TEST(DataTypes, VariableLengthAndStringTypesAreNewCopies) {
 
 TEST(DataTypes, MemberNamesAndSizes) {
     with_rule_tree("COMPOUND(a AS INT, b AS CHAR(10), c AS VARCHAR, d AS VARINT, e AS COMPOUND(a AS DOUBLE, f AS OPAQUE))",
-                   ORMAK_RULE(compound), [](pANTLR3_BASE_TREE compound) {
+                   ORMAK_RULE(compound), [](pANTLR3_BASE_TREE compound, bool) {
                        ASSERT_NE(compound, nullptr);
                        int size = 0;
                        // A nested member may bear an outer member's name; the sizes just add up.
                        EXPECT_EQ(_ormak_check_compound_member_names("d", ORMAK_DATASET, compound, &size), 0);
                        EXPECT_EQ(size, 4 + 1 + 8 + 16 + 8 + 1);
                    });
-    with_rule_tree("COMPOUND(x AS INT, y AS INT, x AS DOUBLE)", ORMAK_RULE(compound), [](pANTLR3_BASE_TREE compound) {
+    with_rule_tree("COMPOUND(x AS INT, y AS INT, x AS DOUBLE)", ORMAK_RULE(compound), [](pANTLR3_BASE_TREE compound, bool) {
         int size = 0;
         EXPECT_EQ(_ormak_check_compound_member_names("d", ORMAK_DATASET, compound, &size), ORMAK_ERROR_ALREADY_EXISTS);
         EXPECT_STREQ(ormak_error_get_message(), "Error when creating dataset \"d\" as compound member \"x\" already exists");
     });
     with_rule_tree("COMPOUND(x AS INT, n AS COMPOUND(y AS INT, y AS INT))", ORMAK_RULE(compound),
-                   [](pANTLR3_BASE_TREE compound) {
+                   [](pANTLR3_BASE_TREE compound, bool) {
                        int size = 0;
                        EXPECT_EQ(_ormak_check_compound_member_names("at", ORMAK_ATTRIBUTE, compound, &size),
                                  ORMAK_ERROR_ALREADY_EXISTS);
@@ -95,7 +95,7 @@ TEST(DataTypes, MemberNamesAndSizes) {
 
 TEST(DataTypes, CompoundsAreBuiltMemberAfterMember) {
     with_rule_tree("COMPOUND(a AS SMALLINT, s AS VARCHAR, inner AS COMPOUND(x AS DOUBLE, o AS OPAQUE), v AS VARFLOAT)",
-                   ORMAK_RULE(compound), [](pANTLR3_BASE_TREE compound) {
+                   ORMAK_RULE(compound), [](pANTLR3_BASE_TREE compound, bool) {
                        int size = 0;
                        ASSERT_EQ(_ormak_check_compound_member_names("d", ORMAK_DATASET, compound, &size), 0);
                        hid_t type = H5Tcreate(H5T_COMPOUND, (size_t)size);
