@@ -162,3 +162,20 @@ TEST_F(Settings, DebugTracesEveryExecutorAfterItsWork) {
                   "FUNCTION CALL <ormak_use_group>\n   group_name <g>\nFUNCTION RETURN <-2>\n\n"
                   "FUNCTION CALL <ormak_use_group>\n   group_name </>\nFUNCTION RETURN <0>\n\n");
 }
+
+TEST_F(Settings, TracesPrintPointersNumbersAndTheCursor) {
+    testing::internal::CaptureStdout();
+    EXPECT_EQ(run("SET DEBUG ENABLE; CREATE TRUNCATE FILE t.h5 LIBRARY BOUNDS FROM V18; USE DIRECTORY .; FLUSH LOCAL; "
+                  "SET DEBUG DISABLE"),
+              0);
+    std::string trace = testing::internal::GetCapturedStdout();
+    size_t list = trace.find("   file_list <0x");
+    ASSERT_NE(list, std::string::npos);
+    size_t end = trace.find(">\n", list);
+    EXPECT_EQ(trace.substr(end),
+              ">\n   file_truncate <0>\n   file_parallel <-1>\n   library_bounds <0>\n"
+              "   library_bound_low_value <4>\n   library_bound_high_value <-1>\nFUNCTION RETURN <0>\n\n"
+              "FUNCTION CALL <ormak_use_directory>\n   directory_name <.>\nFUNCTION RETURN <0>\n\n"
+              "CURSOR DATA TYPE <-1>\nCURSOR COUNT <0>\n\n"
+              "FUNCTION CALL <ormak_flush>\n   flush_type <2>\nFUNCTION RETURN <0>\n\n");
+}

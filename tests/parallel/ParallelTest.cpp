@@ -4,6 +4,7 @@
 #include <mpi.h>
 
 #include "Ormak.h"
+#include "OrmakPrivateStructures.h"
 
 TEST(Parallel, BothRanksCreateOneFileTogether) {
     ASSERT_EQ(ormak_mpi_get_size(), 2);
@@ -21,6 +22,21 @@ TEST(Parallel, BothRanksUseOneFileTogether) {
     EXPECT_EQ(ormak_execute("USE PARALLEL FILE parallel-use.h5; CLOSE ALL FILE"), 0) << ormak_error_get_message();
     MPI_Barrier(MPI_COMM_WORLD);
     if (ormak_mpi_get_rank() == 0) EXPECT_EQ(ormak_execute("DROP FILE parallel-use.h5"), 0);
+}
+
+TEST(Parallel, AtomicityReachesParallelFiles) {
+    ASSERT_EQ(ormak_execute("CREATE TRUNCATE PARALLEL FILE parallel-atomic.h5"), 0) << ormak_error_get_message();
+    // The session's default applies to files opened later with PARALLEL.
+    ASSERT_EQ(ormak_execute("SET ATOMIC ENABLE; USE PARALLEL FILE parallel-atomic.h5"), 0) << ormak_error_get_message();
+    hbool_t atomic = false;
+    H5Fget_mpi_atomicity(current_file->file_id, &atomic);
+    EXPECT_TRUE(atomic);
+    EXPECT_EQ(ormak_execute("SET USE FILE ATOMIC DISABLE"), 0) << ormak_error_get_message();
+    H5Fget_mpi_atomicity(current_file->file_id, &atomic);
+    EXPECT_FALSE(atomic);
+    EXPECT_EQ(ormak_execute("SET ATOMIC DISABLE; CLOSE ALL FILE"), 0);
+    MPI_Barrier(MPI_COMM_WORLD);
+    if (ormak_mpi_get_rank() == 0) EXPECT_EQ(ormak_execute("DROP FILE parallel-atomic.h5"), 0);
 }
 
 int main(int argc, char **argv) {
