@@ -28,8 +28,11 @@ protected:
     }
 
     void TearDown() override {
-        ormak_execute("SET DEBUG DISABLE");
-        ormak_execute("CLOSE ALL FILE");
+        // Settings outlive scripts: put the built-in ones back for the next test.
+        ormak_execute("SET DEBUG DISABLE; CLOSE ALL FILE");
+        ormak_execute("SET CACHE SLOTS DEFAULT SIZE DEFAULT PREEMPTION DEFAULT; SET DATASET CACHE SLOTS FILE SIZE FILE "
+                      "PREEMPTION FILE; SET LIBRARY BOUNDS FROM EARLIEST; SET ATOMIC DISABLE; "
+                      "SET EXTERNAL LINK PREFIX; SET FLUSH DISABLE");
         ormak_execute(nullptr);
         ASSERT_EQ(chdir(original_directory.c_str()), 0);
         std::string command = "rm -rf " + directory;

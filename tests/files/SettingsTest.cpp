@@ -5,14 +5,6 @@
 
 class Settings : public OrmakTest {
 protected:
-    void TearDown() override {
-        // Settings outlive scripts: put the built-in ones back for the next test.
-        ormak_execute("SET CACHE SLOTS DEFAULT SIZE DEFAULT PREEMPTION DEFAULT; SET DATASET CACHE SLOTS FILE SIZE FILE "
-                      "PREEMPTION FILE; SET LIBRARY BOUNDS FROM EARLIEST; SET ATOMIC DISABLE; "
-                      "SET EXTERNAL LINK PREFIX; SET FLUSH DISABLE");
-        OrmakTest::TearDown();
-    }
-
     static void file_cache(size_t &slots, size_t &size, double &preemption) {
         int elements;
         ASSERT_GE(H5Pget_cache(property_file_access_list, &elements, &slots, &size, &preemption), 0);

@@ -61,3 +61,25 @@ TEST_F(RecognitionError, GarbageIsRefusedCleanly) {
         EXPECT_GE(ormak_error_get_line(), 1);
     }
 }
+
+// Scripts of random words of the language: whatever they say, the library answers with a
+// status and never crashes. The seed is fixed, so a failure can be replayed.
+TEST_F(RecognitionError, RandomScriptsNeverCrash) {
+    const char *words[] = {"CREATE", "USE", "CLOSE", "SET", "DROP", "RENAME", "COPY", "FILE", "GROUP", "LINK",
+                           "EXTERNAL", "DIRECTORY", "TRUNCATE", "PARALLEL", "ATOMIC", "READONLY", "ALL", "AS",
+                           "TO", "FROM", "LIBRARY", "BOUNDS", "LATEST", "CACHE", "SLOTS", "SIZE", "DEFAULT",
+                           "ORDER", "TRACKED", "STORAGE", "COMPACT", "DENSE", "DEBUG", "ENABLE", "FLUSH", "HARD",
+                           "a", "b.h5", "g/h", "\"q r\"", "1", "-2", "0x1F", "1.5", ",", "(", ")", ":", ";", "\n",
+                           "#c\n", "@", "\"open", "\\\n", "/*", "*/"};
+    const int count = sizeof words / sizeof words[0];
+    unsigned state = 12345;
+    auto next = [&state]() { return (state = state * 1103515245u + 12345u) >> 8; };
+    for (int i = 0; i < 3000; i++) {
+        std::string script;
+        int length = 1 + next() % 12;
+        for (int j = 0; j < length; j++) script += std::string(words[next() % count]) + " ";
+        int status = run(script);
+        EXPECT_LE(status, 0) << script;
+        if (status == ORMAK_ERROR_PARSE) EXPECT_GE(ormak_error_get_line(), 1) << script;
+    }
+}
