@@ -9,6 +9,7 @@ packages=(
   libpcre3-dev zlib1g-dev
   googletest libgtest-dev
   libedit-dev
+  default-jdk-headless
 )
 
 missing=()

@@ -184,8 +184,49 @@ void _ormak_cursor_destroy(uintptr_t address);
 /* Debug: prints the cursor in use. */
 void _ormak_show_debug_information(void);
 
+/* Memory variables: a block of the caller's memory registered under a number from 0 to 7.
+   The functions find it by address; a null address is -15, one in no slot -20. */
+int ormak_variable_register(const void *variable);
+int ormak_variable_transient_register(const void *variable);
+int ormak_variable_unregister(const void *variable);
+int ormak_variable_unregister_all(void);
+int ormak_variable_get_number(const void *variable);
+int ormak_variable_get_data_type(const void *variable);
+int ormak_variable_get_count(const void *variable);
+int ormak_variable_get_size(const void *variable);
+int ormak_variable_get_dimension_count(const void *variable);
+int ormak_variable_get_dimension(const void *variable, int index);
+int ormak_variable_get_element_count(const void *variable, int index);
+
 /* Memory variables, by number, for bindings. */
+int _ormak_variable_register(int number, uintptr_t address, int transient);
 int _ormak_variable_unregister(int number);
+int _ormak_variable_get_data_type(int number);
+int _ormak_variable_get_count(int number);
+int _ormak_variable_get_size(int number);
+int _ormak_variable_get_dimension_count(int number);
+int _ormak_variable_get_dimension(int number, int index);
+
+/* Values in the buffer of a slot, for the Java side: `position` is a byte offset. */
+void _ormak_variable_set_char(int number, char data, int position);
+void _ormak_variable_set_short(int number, short data, int position);
+void _ormak_variable_set_int(int number, int data, int position);
+void _ormak_variable_set_long(int number, int64_t data, int position);
+void _ormak_variable_set_float(int number, float data, int position);
+void _ormak_variable_set_double(int number, double data, int position);
+char _ormak_variable_get_char(int number, int position);
+short _ormak_variable_get_short(int number, int position);
+int _ormak_variable_get_int(int number, int position);
+int64_t _ormak_variable_get_long(int number, int position);
+float _ormak_variable_get_float(int number, int position);
+double _ormak_variable_get_double(int number, int position);
+/* Strings: `position` is an index into the array of string pointers in the buffer. */
+void _ormak_variable_set_string(int number, char *data, int position, int size);
+char *_ormak_variable_get_string(int number, int position);
+
+/* The Java callback: `environment` is the JNIEnv pointer of the calling thread. */
+void _ormak_java_set_environment(void *environment);
+int _ormak_variable_operation(int type, int number, int size);
 
 #ifdef __cplusplus
 }
