@@ -4,6 +4,7 @@
 #define ORMAK_EXECUTORS_H
 
 #include <antlr3.h>
+#include <hdf5.h>
 #include "Ormak.h"
 
 #ifdef __cplusplus
@@ -37,6 +38,18 @@ int ormak_create_group(pANTLR3_BASE_TREE group_list, int group_truncate, int obj
                        int attribute_max_compact, int attribute_min_dense);
 int ormak_create_link(pANTLR3_BASE_TREE link_list, pANTLR3_BASE_TREE object_list, int link_type, int link_truncate);
 int ormak_create_external_link(pANTLR3_BASE_TREE link_list, pANTLR3_BASE_TREE object_list, int link_truncate);
+
+/* Datasets. Dimension lists hold -2 where the statement wrote a negative number; chunk lists
+   hold -1 for a comma without a number before it. */
+int ormak_create_dataset(pANTLR3_BASE_TREE dataset_list, int dataset_truncate, int storage_allocation, int data_type,
+                         pANTLR3_BASE_TREE compound, int dataset_endianness, hsize_t *dataset_dimension_list,
+                         int dataset_dimension_count, hsize_t *extendible_dimension_list, int dataset_extendible,
+                         int char_set, const char *tag_value, pANTLR3_BASE_TREE fill_list, int fill_undefined,
+                         int storage_type, hsize_t *storage_dimension_list, int storage_dimension_count,
+                         int attribute_order, int attribute_storage, int attribute_max_compact,
+                         int attribute_min_dense, int nbit, int nbit_precision, int nbit_offset, int scaleoffset,
+                         int scaleoffset_value, int shuffle, int zlib, int zlib_level, int fletcher32,
+                         pANTLR3_BASE_TREE data_list, pANTLR3_BASE_TREE input_redirecting, int programming_language);
 
 /* Session settings. */
 int ormak_flush(int flush_type);

@@ -71,6 +71,54 @@ int data_type_flag(int token_type) {
     }
 }
 
+Dimensions read_dimensions(pANTLR3_BASE_TREE dimension_list) {
+    const hsize_t mark = (hsize_t)-2;
+    Dimensions dimensions{{}, {}, -1};
+    int count = tree::count(dimension_list);
+    for (int i = 0; i < count; i++) {
+        pANTLR3_BASE_TREE node = tree::child(dimension_list, i);
+        if (tree::type(node) != INTEGER_NUMBER_KEYWORD) {
+            /* UNLIMITED alone: one element now, no limit. */
+            dimensions.current.push_back(1);
+            dimensions.maximum.push_back(H5S_UNLIMITED);
+            dimensions.extendible = 0;
+            continue;
+        }
+        long long size = atoll(tree::text(node));
+        hsize_t current = size < 0 ? mark : (hsize_t)size;
+        hsize_t maximum = current;
+        if (tree::type(tree::child(dimension_list, i + 1)) == TO_KEYWORD) {
+            pANTLR3_BASE_TREE limit = tree::child(dimension_list, i + 2);
+            if (tree::type(limit) == INTEGER_NUMBER_KEYWORD) {
+                hsize_t written = (hsize_t)atoll(tree::text(limit));
+                maximum = written >= current ? written : mark;
+            } else {
+                maximum = H5S_UNLIMITED;
+            }
+            if (size < 0) maximum = mark;
+            dimensions.extendible = 0;
+            i += 2;
+        }
+        dimensions.current.push_back(current);
+        dimensions.maximum.push_back(maximum);
+    }
+    return dimensions;
+}
+
+std::vector<hsize_t> read_chunk_sizes(pANTLR3_BASE_TREE number_optional_list) {
+    std::vector<hsize_t> sizes;
+    for (int i = 0; i < tree::count(number_optional_list); i++) {
+        pANTLR3_BASE_TREE node = tree::child(number_optional_list, i);
+        if (tree::type(node) == COMMA_KEYWORD) {
+            sizes.push_back((hsize_t)-1);
+        } else {
+            int size = atoi(tree::text(node));
+            sizes.push_back(size > 0 ? (hsize_t)size : (hsize_t)-2);
+        }
+    }
+    return sizes;
+}
+
 DataTypeSlot read_data_type(pANTLR3_BASE_TREE statement, int type_slot) {
     pANTLR3_BASE_TREE slot = tree::slot(statement, type_slot);
     if (tree::count(slot) == 0) return {ORMAK_COMPOUND, tree::slot(statement, type_slot + 1)};

@@ -4,6 +4,9 @@
 #define ORMAK_DEFINITION_READINGS_H
 
 #include <antlr3.h>
+#include <hdf5.h>
+
+#include <vector>
 
 namespace ormak {
 
@@ -31,6 +34,20 @@ struct DataTypeSlot {
     pANTLR3_BASE_TREE compound;
 };
 DataTypeSlot read_data_type(pANTLR3_BASE_TREE statement, int type_slot);
+/* A dataset's dimensions as written: current sizes, maxima (equal to the size for a plain
+   dimension, H5S_UNLIMITED for UNLIMITED) and whether any dimension has a maximum. A negative
+   size, or a maximum below the size, is kept as the mark -2 for the executor to refuse. */
+struct Dimensions {
+    std::vector<hsize_t> current;
+    std::vector<hsize_t> maximum;
+    int extendible;
+};
+Dimensions read_dimensions(pANTLR3_BASE_TREE dimension_list);
+
+/* A number_optional_list of chunk sizes: -1 for a comma without a number, a number above 0
+   as it is, and the mark -2 for 0 or less. */
+std::vector<hsize_t> read_chunk_sizes(pANTLR3_BASE_TREE number_optional_list);
+
 /* The flag of one data type keyword. */
 int data_type_flag(int token_type);
 

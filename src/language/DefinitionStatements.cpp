@@ -1,4 +1,6 @@
 /* Readers of the statements that define objects inside files. */
+#include <stdlib.h>
+
 #include "DefinitionReadings.h"
 #include "OrmakParser.h"
 #include "StatementReaders.h"
@@ -24,6 +26,56 @@ int read_create_link(pANTLR3_BASE_TREE statement, int) {
 
 int read_create_external_link(pANTLR3_BASE_TREE statement, int) {
     return ormak_create_external_link(tree::list(statement, 1), tree::list(statement, 2), tree::flag(statement, 0));
+}
+
+/* EARLY 1, INCREMENTAL 2, LATE 4; -1 left out. */
+static int read_allocation(pANTLR3_BASE_TREE statement, int index) {
+    switch (tree::choice(statement, index)) {
+    case -1: return -1;
+    case EARLY_KEYWORD: return ORMAK_EARLY;
+    case INCREMENTAL_KEYWORD: return ORMAK_INCREMENTAL;
+    default: return ORMAK_LATE;
+    }
+}
+
+int read_create_dataset(pANTLR3_BASE_TREE statement, int programming_language) {
+    int storage_type = -1;
+    std::vector<hsize_t> chunk;
+    switch (tree::choice(statement, 2)) {
+    case -1: break;
+    case CONTIGUOUS_KEYWORD: storage_type = ORMAK_CONTIGUOUS; break;
+    case COMPACT_KEYWORD: storage_type = ORMAK_COMPACT; break;
+    default:
+        storage_type = ORMAK_CHUNKED;
+        chunk = read_chunk_sizes(tree::child(tree::slot(statement, 2), 1));
+    }
+    DataTypeSlot type = read_data_type(statement, 6);
+    Dimensions dimensions = read_dimensions(tree::list(statement, 8));
+
+    pANTLR3_BASE_TREE fill_list = nullptr;
+    int fill_undefined = -1;
+    if (tree::flag(statement, 10) == 0) {
+        if (tree::choice(statement, 10) == LIST) fill_list = tree::list(statement, 10);
+        else fill_undefined = 0;
+    }
+    StorageThresholds attributes = read_storage_thresholds(tree::slot(statement, 12));
+    pANTLR3_BASE_TREE nbit = tree::slot(statement, 13);
+    pANTLR3_BASE_TREE scaleoffset = tree::slot(statement, 14);
+    pANTLR3_BASE_TREE zlib = tree::slot(statement, 16);
+    int zlib_level = tree::count(zlib) == 0 ? -1 : tree::count(zlib) == 1 ? 9 : atoi(tree::text(tree::child(zlib, 1)));
+
+    return ormak_create_dataset(
+        tree::list(statement, 3), tree::flag(statement, 0), read_allocation(statement, 1), type.data_type,
+        type.compound, read_endianness(tree::slot(statement, 4)), dimensions.current.data(),
+        (int)dimensions.current.size(), dimensions.extendible == 0 ? dimensions.maximum.data() : nullptr,
+        dimensions.extendible, read_charset(tree::slot(statement, 5)), tree::name(statement, 9), fill_list,
+        fill_undefined, storage_type, chunk.data(), (int)chunk.size(), read_order(tree::slot(statement, 11)),
+        attributes.present, attributes.max_compact, attributes.min_dense, tree::flag(statement, 13),
+        tree::count(nbit) ? atoi(tree::text(tree::child(nbit, 0))) : -1,
+        tree::count(nbit) ? atoi(tree::text(tree::child(nbit, 1))) : -1, tree::flag(statement, 14),
+        tree::count(scaleoffset) ? atoi(tree::text(tree::child(scaleoffset, 0))) : -1, tree::flag(statement, 15),
+        tree::count(zlib) ? 0 : -1, zlib_level, tree::flag(statement, 17), tree::list(statement, 18),
+        tree::list(statement, 19), programming_language);
 }
 
 } // namespace ormak

@@ -16,6 +16,7 @@ const Row rows[] = {
     {CREATE_DIRECTORY, read_create_directory},
     {CREATE_FILE, read_create_file},
     {CREATE_GROUP, read_create_group},
+    {CREATE_DATASET, read_create_dataset},
     {CREATE_LINK, read_create_link},
     {CREATE_EXTERNAL_LINK, read_create_external_link},
     {RENAME_DIRECTORY, read_rename_directory},

@@ -71,6 +71,7 @@ create_statement
       ( create_directory_statement
       | create_file_statement
       | create_group_statement
+      | create_dataset_statement
       | create_link_statement
       | create_external_link_statement
       )
@@ -129,6 +130,36 @@ create_group_statement
        DENSE_KEYWORD attribute_dense=INTEGER_NUMBER_KEYWORD)?
       -> ^(CREATE_GROUP ^(OPTION TRUNCATE_KEYWORD?) ^(OPTION file_object_list) ^(OPTION $order?)
            ^(OPTION $compact? $dense?) ^(OPTION $attribute_order?) ^(OPTION $attribute_compact? $attribute_dense?))
+    ;
+
+create_dataset_statement
+    : TRUNCATE_KEYWORD? (allocation=(EARLY_KEYWORD | INCREMENTAL_KEYWORD | LATE_KEYWORD))?
+      ( storage=(CONTIGUOUS_KEYWORD | COMPACT_KEYWORD)
+      | storage=CHUNKED_KEYWORD (LEFT_PARENTHESIS_KEYWORD number_optional_list RIGHT_PARENTHESIS_KEYWORD)?
+      )?
+      DATASET_KEYWORD file_object_list AS_KEYWORD
+      (endianness=(NATIVE_KEYWORD | LITTLE_ENDIAN_KEYWORD | BIG_ENDIAN_KEYWORD))?
+      (charset=(ASCII_KEYWORD | UTF8_KEYWORD))?
+      (data_type | compound) (LEFT_PARENTHESIS_KEYWORD dimension_list RIGHT_PARENTHESIS_KEYWORD)?
+      (TAG_KEYWORD tag=STRING_KEYWORD)?
+      (FILL_KEYWORD (VALUES_KEYWORD fill=multiple_value_list | fill_undefined=UNDEFINED_KEYWORD))?
+      (ATTRIBUTE_KEYWORD ORDER_KEYWORD attribute_order=(TRACKED_KEYWORD | INDEXED_KEYWORD))?
+      (ATTRIBUTE_KEYWORD STORAGE_KEYWORD COMPACT_KEYWORD attribute_compact=INTEGER_NUMBER_KEYWORD
+       DENSE_KEYWORD attribute_dense=INTEGER_NUMBER_KEYWORD)?
+      (NBIT_KEYWORD PRECISION_KEYWORD precision=INTEGER_NUMBER_KEYWORD OFFSET_KEYWORD offset=INTEGER_NUMBER_KEYWORD)?
+      (SCALEOFFSET_KEYWORD scale=INTEGER_NUMBER_KEYWORD)?
+      SHUFFLE_KEYWORD?
+      (ZLIB_KEYWORD (LEVEL_KEYWORD level=INTEGER_NUMBER_KEYWORD)?)?
+      FLETCHER32_KEYWORD?
+      (VALUES_KEYWORD values=multiple_value_list)?
+      input_redirecting_statement?
+      -> ^(CREATE_DATASET ^(OPTION TRUNCATE_KEYWORD?) ^(OPTION $allocation?) ^(OPTION $storage? number_optional_list?)
+           ^(OPTION file_object_list) ^(OPTION $endianness?) ^(OPTION $charset?) ^(OPTION data_type?)
+           ^(OPTION compound?) ^(OPTION dimension_list?) ^(OPTION $tag?) ^(OPTION $fill? $fill_undefined?)
+           ^(OPTION $attribute_order?) ^(OPTION $attribute_compact? $attribute_dense?)
+           ^(OPTION $precision? $offset?) ^(OPTION $scale?) ^(OPTION SHUFFLE_KEYWORD?)
+           ^(OPTION ZLIB_KEYWORD? $level?) ^(OPTION FLETCHER32_KEYWORD?) ^(OPTION $values?)
+           ^(OPTION input_redirecting_statement?))
     ;
 
 create_link_statement

@@ -68,29 +68,10 @@ extern "C" int ormak_create_group(pANTLR3_BASE_TREE group_list, int group_trunca
                          attribute_order, attribute_storage, attribute_max_compact, attribute_min_dense);
     if (status == ORMAK_SUCCESS) {
         status = ormak::for_each_object(group_list, message, [&](const ormak::ObjectItem &item) {
-            const char *name = item.object_name;
-            if (ormak::ends_with_slash(name)) return message.fail(ORMAK_ERROR_UNKNOWN, name, " as it should not end with \"/\"");
-            if (!ormak::canonical_path(name, nullptr))
-                return message.fail(ORMAK_ERROR_UNKNOWN, name, " as its path is too long");
-            int count = object_name_list_count;
-            /* The root always exists and can not be made again. */
-            if (count == 0) return message.fail(ORMAK_ERROR_ALREADY_EXISTS, name, " as it already exists");
-            hid_t file_id = current_file->file_id;
-            std::string path = "/";
-            for (int i = 0; i < count - 1; i++) {
-                path += object_name_list[i];
-                if (H5Lexists(file_id, path.c_str(), property_link_access_list) <= 0) {
-                    int made = create_group(file_id, path.c_str(), list, message, name);
-                    if (made != ORMAK_SUCCESS) return made;
-                }
-                path += "/";
-            }
-            path += object_name_list[count - 1];
-            if (H5Lexists(file_id, path.c_str(), property_link_access_list) > 0) {
-                if (group_truncate != 0) return message.fail(ORMAK_ERROR_ALREADY_EXISTS, name, " as it already exists");
-                H5Ldelete(file_id, path.c_str(), property_link_access_list);
-            }
-            return create_group(file_id, path.c_str(), list, message, name);
+            std::string path;
+            int prepared = ormak::prepare_new_object(item.object_name, group_truncate, list, message, path);
+            if (prepared != ORMAK_SUCCESS) return prepared;
+            return create_group(current_file->file_id, path.c_str(), list, message, item.object_name);
         });
     }
     list.reset();

@@ -10,6 +10,7 @@
 #include "../language/TreeReader.h"
 #include "../session/Handle.h"
 #include "../session/Session.h"
+#include "../transfer/Values.h"
 
 namespace tree = ormak::tree;
 
@@ -39,22 +40,8 @@ const Forms *numeric_forms(int flag) {
     return nullptr;
 }
 
-/* The fixed type under a variable-length flag: VARTINYINT is over TINYINT, and so on. */
-int base_of_variable(int flag) {
-    switch (flag) {
-    case ORMAK_VARTINYINT: return ORMAK_TINYINT;
-    case ORMAK_UNSIGNED_VARTINYINT: return ORMAK_UNSIGNED_TINYINT;
-    case ORMAK_VARSMALLINT: return ORMAK_SMALLINT;
-    case ORMAK_UNSIGNED_VARSMALLINT: return ORMAK_UNSIGNED_SMALLINT;
-    case ORMAK_VARINT: return ORMAK_INT;
-    case ORMAK_UNSIGNED_VARINT: return ORMAK_UNSIGNED_INT;
-    case ORMAK_VARBIGINT: return ORMAK_BIGINT;
-    case ORMAK_UNSIGNED_VARBIGINT: return ORMAK_UNSIGNED_BIGINT;
-    case ORMAK_VARFLOAT: return ORMAK_FLOAT;
-    case ORMAK_VARDOUBLE: return ORMAK_DOUBLE;
-    default: return -1;
-    }
-}
+/* The fixed type under a variable-length flag (VARTINYINT is over TINYINT); -1 for others. */
+int base_of_variable(int flag) { return ormak::is_variable_numeric(flag) ? ormak::fixed_of(flag) : -1; }
 
 /* The bytes a member of a compound takes, by its type keyword. */
 int member_size(int token_type) {

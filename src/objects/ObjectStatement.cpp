@@ -3,6 +3,8 @@
 
 #include "ObjectStatement.h"
 #include "../OrmakExecutors.h"
+#include "../files/CanonicalPath.h"
+#include "../files/FileNames.h"
 #include "../files/FilesInUse.h"
 #include "../language/TreeReader.h"
 #include "../session/Session.h"
@@ -25,6 +27,32 @@ int ObjectMessage::fail_call(const char *object_name) const {
 const char *tree_first_object_name(pANTLR3_BASE_TREE list) {
     const char *name = tree::text(tree::child(tree::child(list, 0), 1));
     return name ? name : "";
+}
+
+int prepare_new_object(const char *name, int truncate, hid_t group_create_list, const ObjectMessage &message,
+                       std::string &path) {
+    if (ends_with_slash(name)) return message.fail(ORMAK_ERROR_UNKNOWN, name, " as it should not end with \"/\"");
+    if (!canonical_path(name, nullptr)) return message.fail(ORMAK_ERROR_UNKNOWN, name, " as its path is too long");
+    int count = object_name_list_count;
+    /* The root always exists and can not be made again. */
+    if (count == 0) return message.fail(ORMAK_ERROR_ALREADY_EXISTS, name, " as it already exists");
+    hid_t file_id = current_file->file_id;
+    path = "/";
+    for (int i = 0; i < count - 1; i++) {
+        path += object_name_list[i];
+        if (H5Lexists(file_id, path.c_str(), property_link_access_list) <= 0) {
+            hid_t group = H5Gcreate2(file_id, path.c_str(), H5P_DEFAULT, group_create_list, property_group_access_list);
+            if (group < 0) return message.fail_call(name);
+            H5Gclose(group);
+        }
+        path += "/";
+    }
+    path += object_name_list[count - 1];
+    if (H5Lexists(file_id, path.c_str(), property_link_access_list) > 0) {
+        if (truncate != 0) return message.fail(ORMAK_ERROR_ALREADY_EXISTS, name, " as it already exists");
+        H5Ldelete(file_id, path.c_str(), property_link_access_list);
+    }
+    return ORMAK_SUCCESS;
 }
 
 int for_each_object(pANTLR3_BASE_TREE list, const ObjectMessage &message,

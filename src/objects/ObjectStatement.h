@@ -9,6 +9,7 @@
 #include <string>
 
 #include <antlr3.h>
+#include <hdf5.h>
 
 namespace ormak {
 
@@ -34,6 +35,12 @@ private:
 
 /* The object name of the first item, for messages about the statement as a whole. */
 const char *tree_first_object_name(pANTLR3_BASE_TREE list);
+
+/* Makes room for a new object named `name` in the file in use: refuses a trailing "/", an
+   over-long path and the root, makes the missing groups on the way with `group_create_list`,
+   and deletes (with `truncate` 0) or refuses an object of that name. Its path goes to `path`. */
+int prepare_new_object(const char *name, int truncate, hid_t group_create_list, const ObjectMessage &message,
+                       std::string &path);
 
 /* Runs `work` on each item of `list` with the item's file in use, in order, until one
    fails. Returns the status of the statement. */

@@ -39,6 +39,31 @@ TEST(Parallel, AtomicityReachesParallelFiles) {
     if (ormak_mpi_get_rank() == 0) EXPECT_EQ(ormak_execute("DROP FILE parallel-atomic.h5"), 0);
 }
 
+TEST(Parallel, BothRanksCreateDatasetsTogether) {
+    ASSERT_EQ(ormak_execute("CREATE TRUNCATE PARALLEL FILE parallel-data.h5; USE PARALLEL FILE parallel-data.h5"), 0)
+        << ormak_error_get_message();
+    EXPECT_EQ(ormak_execute("CREATE DATASET g/d AS INT(4) VALUES(1, 2, 3, 4); CREATE CHUNKED DATASET u AS DOUBLE(UNLIMITED)"),
+              0)
+        << ormak_error_get_message();
+    // Variable-length values can not be written collectively.
+    EXPECT_EQ(ormak_execute("CREATE DATASET v AS VARINT(2) VALUES(1, 2)"), ORMAK_ERROR_NOT_SUPPORTED);
+    EXPECT_STREQ(ormak_error_get_message(), "Error when creating dataset \"v\" as parallel HDF5 library does not support "
+                                            "writing variable-length data types in parallel");
+    EXPECT_EQ(ormak_execute("CREATE DATASET w AS VARCHAR(2)"), 0) << ormak_error_get_message();
+    EXPECT_EQ(ormak_execute("CLOSE ALL FILE"), 0);
+    MPI_Barrier(MPI_COMM_WORLD);
+    hid_t file = H5Fopen("parallel-data.h5", H5F_ACC_RDONLY, H5P_DEFAULT);
+    hid_t dataset = H5Dopen2(file, "/g/d", H5P_DEFAULT);
+    int values[4] = {};
+    EXPECT_GE(H5Dread(dataset, H5T_NATIVE_INT, H5S_ALL, H5S_ALL, H5P_DEFAULT, values), 0);
+    EXPECT_EQ(values[3], 4);
+    EXPECT_GT(H5Lexists(file, "/u", H5P_DEFAULT), 0);
+    H5Dclose(dataset);
+    H5Fclose(file);
+    MPI_Barrier(MPI_COMM_WORLD);
+    if (ormak_mpi_get_rank() == 0) EXPECT_EQ(ormak_execute("DROP FILE parallel-data.h5"), 0);
+}
+
 int main(int argc, char **argv) {
     ::testing::InitGoogleTest(&argc, argv);
     // Only rank 0 reports, so the two outputs do not interleave.
