@@ -1,13 +1,13 @@
 // Memory variables: registration by address and by number, what the slots report, the
 // release of written transient variables at the end of a script, the value accessors of
 // the bindings and the road of the Java callback, with a JNIEnv table standing in for Java.
-#include <jni.h>
-#include <stdarg.h>
 #include <stdlib.h>
 #include <string.h>
 
+#include <memory>
 #include <string>
 
+#include "FakeJava.h"
 #include "OrmakPrivateStructures.h"
 #include "OrmakTest.h"
 
@@ -312,87 +312,19 @@ TEST_F(Variables, NativeCallersGetThePlainStatusAndStillLoseWrittenTransients) {
 
 namespace {
 
-// The stand-in for the Java side: a JNIEnv whose table records what it is asked.
-struct FakeJava {
-    std::string class_name, method_name, signature;
-    int find_class_calls = 0, method_calls = 0, static_calls = 0, deleted = 0, cleared = 0;
-    int type = -1, number = -1, size = -1;
-    jclass called_class = nullptr;
-    jmethodID called_method = nullptr;
-    bool class_missing = false, method_missing = false, method_throws = false;
-    bool pending = false;
-};
-
-FakeJava fake;
-int class_token, method_token;
-jclass const fake_class = reinterpret_cast<jclass>(&class_token);
-jmethodID const fake_method = reinterpret_cast<jmethodID>(&method_token);
-
-jclass JNICALL find_class(JNIEnv *, const char *name) {
-    fake.find_class_calls++;
-    fake.class_name = name;
-    if (fake.class_missing) {
-        fake.pending = true;  // as NoClassDefFoundError
-        return nullptr;
-    }
-    return fake_class;
-}
-
-jmethodID JNICALL get_static_method_id(JNIEnv *, jclass, const char *name, const char *signature) {
-    fake.method_calls++;
-    fake.method_name = name;
-    fake.signature = signature;
-    if (fake.method_missing) {
-        fake.pending = true;  // as NoSuchMethodError
-        return nullptr;
-    }
-    return fake_method;
-}
-
-/* variableOperation itself: on a read (type 0) it delivers `size` ints into the slot's
-   buffer through the accessors, as the Java class does, and answers how many. */
-jint JNICALL call_static_int_method_v(JNIEnv *, jclass called_class, jmethodID method, va_list arguments) {
-    fake.static_calls++;
-    fake.called_class = called_class;
-    fake.called_method = method;
-    fake.type = va_arg(arguments, jint);
-    fake.number = va_arg(arguments, jint);
-    fake.size = va_arg(arguments, jint);
-    if (fake.method_throws) {
-        fake.pending = true;
-        return 99;
-    }
-    if (fake.type == 0) {
-        for (int i = 0; i < fake.size; i++) _ormak_variable_set_int(fake.number, 100 + i, i * 4);
-    }
-    return fake.size;
-}
-
-jboolean JNICALL exception_check(JNIEnv *) { return fake.pending ? JNI_TRUE : JNI_FALSE; }
-void JNICALL exception_clear(JNIEnv *) {
-    fake.cleared++;
-    fake.pending = false;
-}
-void JNICALL delete_local_ref(JNIEnv *, jobject object) {
-    if (object == fake_class) fake.deleted++;
-}
+using namespace fake_java;
 
 class JavaCallback : public Variables {
 protected:
     void SetUp() override {
         Variables::SetUp();
-        fake = FakeJava();
-        table.FindClass = find_class;
-        table.GetStaticMethodID = get_static_method_id;
-        table.CallStaticIntMethodV = call_static_int_method_v;
-        table.ExceptionCheck = exception_check;
-        table.ExceptionClear = exception_clear;
-        table.DeleteLocalRef = delete_local_ref;
-        environment.functions = &table;
-        _ormak_java_set_environment(&environment);
+        java = std::make_unique<Environment>();
     }
-    JNINativeInterface_ table{};
-    JNIEnv environment{};
+    void TearDown() override {
+        java.reset();
+        Variables::TearDown();
+    }
+    std::unique_ptr<Environment> java;
 };
 
 } // namespace

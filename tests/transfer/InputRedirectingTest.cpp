@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "FakeJava.h"
 #include "OrmakPrivateStructures.h"
 #include "OrmakTest.h"
 #include "ParseRule.h"
@@ -247,4 +248,47 @@ TEST_F(Input, WideCellsAreNarrowedAndTextPointersCopied) {
     EXPECT_EQ(copied[0], texts[0]);
     EXPECT_EQ(copied[1], texts[1]);
     EXPECT_EQ(copied[2], nullptr);
+}
+
+TEST_F(Input, JavaDeliversIntoABufferOfTheLibrary) {
+    fake_java::Environment java;
+    int scratch = 0;
+    ASSERT_EQ(_ormak_variable_register(3, (uintptr_t)&scratch, -1), 0);
+    // The Java side delivers two of the four ints asked for: the rest is zero.
+    fake_java::fake.method = [](int type, int number, int size) {
+        EXPECT_EQ(type, 0);
+        EXPECT_EQ(size, 16);
+        _ormak_variable_set_int(number, 7, 0);
+        _ormak_variable_set_int(number, 8, 4);
+        _ormak_variable_set_int(number, 9, 12);
+        return 8;
+    };
+    ormak::InputBuffer buffer;
+    deliver(buffer, ORMAK_INT, 4, 4, 16, 3, -1, 4);
+    const int *ints = (const int *)buffer.data();
+    EXPECT_EQ(ints[0], 7);
+    EXPECT_EQ(ints[1], 8);
+    EXPECT_EQ(ints[2], 0);
+    EXPECT_EQ(ints[3], 0);
+    // The slot's address is scratch: it points at the library's buffer now.
+    EXPECT_EQ(variable_list[3].address, (uintptr_t)buffer.data());
+
+    // Strings made by the Java side belong to the statement and go with its buffer.
+    fake_java::fake.method = [](int, int number, int size) {
+        EXPECT_EQ(size, 3);
+        _ormak_variable_set_string(number, (char *)"alpha", 0, 5);
+        _ormak_variable_set_string(number, (char *)"be", 1, 2);
+        return 2;
+    };
+    deliver(buffer, ORMAK_VARCHAR, 3, 1, 16, 3, -1, 4);
+    const char *const *texts = (const char *const *)buffer.data();
+    EXPECT_STREQ(texts[0], "alpha");
+    EXPECT_STREQ(texts[1], "be");
+    EXPECT_EQ(texts[2], nullptr);
+
+    // Variable-length records are not asked of the Java side without a size.
+    fake_java::fake.method = nullptr;
+    deliver(buffer, ORMAK_VARINT, 2, 4, 16, 3, -1, 4);
+    EXPECT_EQ(((const ORMAK_VARIABLE_LENGTH *)buffer.data())[1].count, 0u);
+    EXPECT_EQ(fake_java::fake.static_calls, 2);
 }
