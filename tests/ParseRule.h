@@ -3,6 +3,7 @@
 #ifndef ORMAK_PARSE_RULE_H
 #define ORMAK_PARSE_RULE_H
 
+#include <gtest/gtest.h>
 #include <string.h>
 
 #include <string>
@@ -47,8 +48,10 @@ std::string parse_rule(const std::string &text, Rule rule) {
     return result;
 }
 
-// The token types the lexer makes of `text`, hidden and skipped ones left out.
+// The token types the lexer makes of `text`, hidden and skipped ones left out. A lexer
+// error fails the test: the lexer's recovery may give the expected types all the same.
 inline std::vector<int> lex(const std::string &text) {
+    recognition_status = 0;
     pANTLR3_INPUT_STREAM input = antlr3StringStreamNew((pANTLR3_UINT8)text.c_str(), ANTLR3_ENC_8BIT,
                                                        (ANTLR3_UINT32)text.size(), (pANTLR3_UINT8) "test");
     input->setUcaseLA(input, ANTLR3_TRUE);
@@ -60,6 +63,7 @@ inline std::vector<int> lex(const std::string &text) {
         if (token == nullptr || token->type == ANTLR3_TOKEN_EOF) break;
         types.push_back((int)token->type);
     }
+    EXPECT_EQ(recognition_status, 0) << "lexer error in: " << text;
     stream->free(stream);
     lexer->free(lexer);
     input->close(input);

@@ -620,10 +620,18 @@ FLOAT_NUMBER_KEYWORD
     ;
 HEXADECIMAL_NUMBER_KEYWORD : ('+' | '-')? '0X' ('0'..'9' | 'A'..'F')+ ;
 // A name or a text; quotes are taken off the token's text.
+// UNSIGNED, LITTLE or BIG whose second word does not follow whole is a name too. The
+// lexer picks a rule by looking ahead, and a two-word rule cannot give back its first word
+// once the blanks led to it; so the last branch reads on over the blanks and the word
+// behind them, which makes the lexer come here whenever no two-word token fits (one that
+// fits stands earlier and wins), and then steps back to the end of the first word.
 STRING_KEYWORD
+@init { ANTLR3_MARKER first_word_end = 0; }
     : (LETTER_KEYWORD | '_' | '.' | '/') (LETTER_KEYWORD | DIGIT_KEYWORD | '_' | '.' | '/' | '-')*
     | STRING_QUOTE_KEYWORD (~'"')* STRING_QUOTE_KEYWORD
       { SETTEXT(GETTEXT()->subString(GETTEXT(), 1, GETTEXT()->len - 1)); }
+    | (UNSIGNED_KEYWORD | 'LITTLE' | 'BIG') { first_word_end = MARK(); }
+      SPACE_KEYWORD+ (LETTER_KEYWORD | DIGIT_KEYWORD | '_' | '.' | '/' | '-')* { REWIND(first_word_end); }
     ;
 SEMICOLON_KEYWORD : ';' ;
 NEW_LINE_KEYWORD : '\r' '\n'? | '\n' ;

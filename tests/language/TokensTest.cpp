@@ -20,6 +20,43 @@ TEST(Tokens, TwoWordTokensTakeAnyBlanks) {
     EXPECT_EQ(lex("little   endian BIG ENDIAN"), (Types{LITTLE_ENDIAN_KEYWORD, BIG_ENDIAN_KEYWORD}));
     EXPECT_EQ(lex("unsigned tinyint unsigned bigint unsigned varsmallint"),
               (Types{UNSIGNED_TINYINT_KEYWORD, UNSIGNED_BIGINT_KEYWORD, UNSIGNED_VARSMALLINT_KEYWORD}));
+    const std::pair<const char *, int> two_word_tokens[] = {
+        {"UNSIGNED TINYINT", UNSIGNED_TINYINT_KEYWORD},       {"UNSIGNED SMALLINT", UNSIGNED_SMALLINT_KEYWORD},
+        {"UNSIGNED INT", UNSIGNED_INT_KEYWORD},               {"UNSIGNED BIGINT", UNSIGNED_BIGINT_KEYWORD},
+        {"UNSIGNED VARTINYINT", UNSIGNED_VARTINYINT_KEYWORD}, {"UNSIGNED VARSMALLINT", UNSIGNED_VARSMALLINT_KEYWORD},
+        {"UNSIGNED VARINT", UNSIGNED_VARINT_KEYWORD},         {"UNSIGNED VARBIGINT", UNSIGNED_VARBIGINT_KEYWORD},
+        {"LITTLE ENDIAN", LITTLE_ENDIAN_KEYWORD},             {"BIG ENDIAN", BIG_ENDIAN_KEYWORD}};
+    for (const auto &[words, type] : two_word_tokens) {
+        for (const char *blanks : {" ", "   ", "\t", " \t\t "}) {
+            std::string token = words;
+            token.replace(token.find(' '), 1, blanks);
+            std::string lower = token;
+            for (char &c : lower) c = (char)tolower(c);
+            EXPECT_EQ(lex(token), (Types{type})) << token;
+            EXPECT_EQ(lex(lower + "," + token + ";"), (Types{type, COMMA_KEYWORD, type, SEMICOLON_KEYWORD})) << token;
+        }
+    }
+}
+
+TEST(Tokens, FirstWordOfATwoWordTokenIsANameOtherwise) {
+    for (std::string word : {"big", "BIG", "little", "LITTLE", "unsigned", "UNSIGNED"}) {
+        EXPECT_EQ(lex(word), (Types{STRING_KEYWORD})) << word;
+        EXPECT_EQ(lex(word + " \t"), (Types{STRING_KEYWORD})) << word;
+        EXPECT_EQ(lex(word + " ;"), (Types{STRING_KEYWORD, SEMICOLON_KEYWORD})) << word;
+        EXPECT_EQ(lex(word + "\tx"), (Types{STRING_KEYWORD, STRING_KEYWORD})) << word;
+        EXPECT_EQ(lex(word + " , " + word), (Types{STRING_KEYWORD, COMMA_KEYWORD, STRING_KEYWORD})) << word;
+        EXPECT_EQ(lex(word + " AS"), (Types{STRING_KEYWORD, AS_KEYWORD})) << word;
+    }
+    // A second word that only begins a longer name, or a word that is no second word.
+    EXPECT_EQ(lex("big endianness_x little  endian2 unsigned integer UNSIGNED varint.h5 unsigned var"),
+              Types(10, STRING_KEYWORD));
+    EXPECT_EQ(lex("unsigned\tvarchar big int little endianness"),
+              (Types{STRING_KEYWORD, VARCHAR_KEYWORD, STRING_KEYWORD, INT_KEYWORD, STRING_KEYWORD,
+                     ENDIANNESS_KEYWORD}));
+    // The names keep their case, and the two-word token behind them its blanks.
+    EXPECT_EQ(parse_rule("COMPOUND(Unsigned AS UNSIGNED  INT, big AS unsigned\tvarint, LITTLE AS INT)",
+                         ORMAK_RULE(compound)),
+              "(LIST Unsigned AS UNSIGNED  INT , big AS unsigned\tvarint , LITTLE AS INT)");
 }
 
 TEST(Tokens, Numbers) {
