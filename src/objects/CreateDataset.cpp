@@ -9,6 +9,7 @@
 
 #include "ChunkShape.h"
 #include "DataTypes.h"
+#include "ElementType.h"
 #include "ObjectStatement.h"
 #include "../OrmakExecutors.h"
 #include "../language/TreeReader.h"
@@ -40,7 +41,6 @@ struct Request {
     const char *first;
 };
 
-bool is_text(int data_type) { return data_type == ORMAK_CHAR || data_type == ORMAK_OPAQUE; }
 bool is_string(int data_type) { return data_type == ORMAK_CHAR || data_type == ORMAK_VARCHAR; }
 bool is_integer(int data_type) {
     int fixed = ormak::fixed_of(data_type);
@@ -52,21 +52,18 @@ bool has_filter(const Request &r) {
 
 /* What the checks settle and the definition is built of. */
 struct Definition {
-    int size = 0;
+    int compound_size = 0;              /* what the member check adds up */
     ormak::InputClause input;
     ormak::Handle list{H5Pclose};
-    ormak::Handle owned_type{H5Tclose};  /* type0 where it is not one of HDF5's own */
-    hid_t type = -1;                     /* type0: the type of the values in memory */
+    ormak::ElementType element;          /* type0, and the native form of its values */
     ormak::Handle nbit_type{H5Tclose};   /* type1: the stored type under the n-bit filter */
-    ormak::Handle owned_memory_type{H5Tclose};
-    hid_t memory_type = -1;              /* native form of type0, so that other byte orders convert */
     ormak::Handle space{H5Sclose};
     std::vector<hsize_t> space_dimensions;
     int count = 1;                       /* elements of the dataspace */
     ormak::InputBuffer fill;
     ormak::InputBuffer data;
 
-    hid_t stored_type() const { return nbit_type.valid() ? nbit_type.get() : type; }
+    hid_t stored_type() const { return nbit_type.valid() ? nbit_type.get() : element.type; }
 };
 
 /* Stage one: checks that need no file, in the order that decides which message is seen. */
@@ -79,7 +76,7 @@ int check(const Request &r, Definition &d) {
                             "Error when creating dataset \"%s\" as chunk storage dimension is not equal to or greater than 1",
                             name);
     if (r.data_type == ORMAK_COMPOUND) {
-        int status = _ormak_check_compound_member_names(name, ORMAK_DATASET, ormak::tree::child(r.compound, 0), &d.size);
+        int status = _ormak_check_compound_member_names(name, ORMAK_DATASET, ormak::tree::child(r.compound, 0), &d.compound_size);
         if (status != ORMAK_SUCCESS) return status;
     }
     if (r.dimensions.size() > ORMAK_MAX_DIMENSIONS)
@@ -108,7 +105,7 @@ int check(const Request &r, Definition &d) {
         return fail(ORMAK_ERROR_INVALID_VALUE,
                     "Error when creating dataset \"%s\" as attribute storage min density is not equal to or greater than 0",
                     name);
-    const bool text = is_text(r.data_type) || r.data_type == ORMAK_VARCHAR;
+    const bool text = ormak::is_text_type(r.data_type) || r.data_type == ORMAK_VARCHAR;
     if (r.nbit == 0 && text)
         return fail(ORMAK_ERROR_UNEXPECTED_DATA_TYPE,
                     "Error when setting n-bit filter of dataset \"%s\" as data type is neither an integer nor floating-point",
@@ -140,62 +137,18 @@ int check(const Request &r, Definition &d) {
     return ORMAK_SUCCESS;
 }
 
-/* The element size, fixed before any HDF5 call. */
-int element_size(const Request &r, int compound_size) {
-    if (r.data_type == ORMAK_COMPOUND) return compound_size;
-    if (is_text(r.data_type)) return r.dimensions.empty() ? 1 : (int)r.dimensions.back();
-    return ormak::member_width(r.data_type);
-}
-
 int call_failed(const char *what, const char *name) {
     return fail(ORMAK_ERROR_UNKNOWN, "Error when setting %s to create dataset \"%s\"", what, name);
 }
 
-/* type0, and the native type in which values wait in memory. */
-int build_types(const Request &r, Definition &d) {
-    const char *name = r.first;
-    if (r.data_type == ORMAK_OPAQUE || r.data_type == ORMAK_COMPOUND) {
-        d.owned_type = H5Tcreate(r.data_type == ORMAK_OPAQUE ? H5T_OPAQUE : H5T_COMPOUND, (size_t)d.size);
-        d.type = d.owned_type.get();
-        if (d.type < 0) return call_failed("data type", name);
-        if (r.data_type == ORMAK_COMPOUND) {
-            hid_t compound = d.type;
-            if (_ormak_create_compound(&compound, ormak::tree::child(r.compound, 0)) != ORMAK_SUCCESS)
-                return call_failed("data type", name);
-        }
-    } else {
-        d.type = _ormak_get_data_type(r.data_type, r.dataset_endianness);
-        if (!ormak::is_fixed_numeric(r.data_type)) d.owned_type = d.type;
-        if (d.type < 0) return call_failed("data type", name);
-    }
-    if (r.char_set == ORMAK_UTF8 && H5Tset_cset(d.type, H5T_CSET_UTF8) < 0) return call_failed("charset", name);
-    if (r.data_type == ORMAK_CHAR && !r.dimensions.empty() && H5Tset_size(d.type, (size_t)d.size) < 0)
-        return call_failed("data type size", name);
-    if (r.data_type == ORMAK_VARCHAR && H5Tset_size(d.type, H5T_VARIABLE) < 0) return call_failed("data type size", name);
-    if (r.tag_value && H5Tset_tag(d.type, r.tag_value) < 0) return call_failed("tag", name);
-
-    /* HDF5 converts nothing on the way in but the byte order: values are native. */
-    d.memory_type = d.type;
-    if (ormak::is_fixed_numeric(r.data_type)) {
-        d.memory_type = _ormak_get_data_type(r.data_type, -1);
-    } else if (ormak::is_variable_numeric(r.data_type)) {
-        d.owned_memory_type = _ormak_get_data_type(r.data_type, -1);
-        d.memory_type = d.owned_memory_type.get();
-    }
-    return d.memory_type < 0 ? call_failed("data type", name) : ORMAK_SUCCESS;
-}
-
 /* The dataspace: a text type's last dimension is its size, and no dimension means one element. */
 int build_space(const Request &r, Definition &d) {
-    size_t rank = r.dimensions.size();
-    if (is_text(r.data_type)) rank = rank >= 2 ? rank - 1 : 0;
+    d.space_dimensions = ormak::space_dimensions(r.data_type, r.dimensions);
     std::vector<hsize_t> maxima;
-    if (rank == 0) {
-        d.space_dimensions.assign(1, 1);
-    } else {
-        d.space_dimensions.assign(r.dimensions.begin(), r.dimensions.begin() + (long)rank);
-        if (r.dataset_extendible == 0) maxima.assign(r.maxima.begin(), r.maxima.begin() + (long)rank);
-    }
+    /* A single value, as a text type's lone dimension, has no maximum. */
+    bool single = r.dimensions.empty() || (r.dimensions.size() == 1 && ormak::is_text_type(r.data_type));
+    if (!single && r.dataset_extendible == 0)
+        maxima.assign(r.maxima.begin(), r.maxima.begin() + (long)d.space_dimensions.size());
     long long count = 1;
     for (hsize_t dimension : d.space_dimensions) {
         count = dimension > (hsize_t)INT_MAX ? (long long)INT_MAX + 1 : count * (long long)dimension;
@@ -212,14 +165,14 @@ int build_space(const Request &r, Definition &d) {
 
 int set_fill_value(const Request &r, Definition &d) {
     if (r.fill_undefined == 0) {
-        H5Pset_fill_value(d.list, d.type, nullptr);
+        H5Pset_fill_value(d.list, d.element.type, nullptr);
         return ORMAK_SUCCESS;
     }
     if (r.fill_list == nullptr) return ORMAK_SUCCESS;
-    if (d.fill.literal_element(r.data_type, d.size, r.fill_list) != ORMAK_SUCCESS)
+    if (d.fill.literal_element(r.data_type, d.element.size, r.fill_list) != ORMAK_SUCCESS)
         return fail(ORMAK_ERROR_NOT_ENOUGH_MEMORY,
                     "Error when setting fill value for dataset \"%s\" as there is not enough memory available", r.first);
-    if (H5Pset_fill_value(d.list, d.memory_type, d.fill.data()) < 0)
+    if (H5Pset_fill_value(d.list, d.element.memory, d.fill.data()) < 0)
         return fail(ORMAK_ERROR_UNKNOWN, "Error when setting fill value for dataset \"%s\"", r.first);
     return ORMAK_SUCCESS;
 }
@@ -232,14 +185,14 @@ int set_layout(const Request &r, Definition &d) {
                    (r.storage_type == -1 && (r.dataset_extendible == 0 || has_filter(r)));
     if (!chunked) return ORMAK_SUCCESS;
     std::vector<hsize_t> chunk;
-    if (r.dimensions.empty() || (r.dimensions.size() == 1 && is_text(r.data_type))) {
+    if (r.dimensions.empty() || (r.dimensions.size() == 1 && ormak::is_text_type(r.data_type))) {
         chunk.assign(1, 1);
     } else if (!r.chunk_sizes.empty()) {
         std::vector<hsize_t> maxima;
         if (r.dataset_extendible == 0) maxima.assign(r.maxima.begin(), r.maxima.begin() + (long)d.space_dimensions.size());
         chunk = ormak::explicit_chunk(r.chunk_sizes, d.space_dimensions, maxima);
     } else {
-        chunk = ormak::automatic_chunk(d.space_dimensions, d.size);
+        chunk = ormak::automatic_chunk(d.space_dimensions, d.element.size);
     }
     if (H5Pset_chunk(d.list, (int)chunk.size(), chunk.data()) < 0) return call_failed("chunked storage type", name);
     return ORMAK_SUCCESS;
@@ -271,7 +224,6 @@ int set_filters(const Request &r, Definition &d) {
 /* Stage two: the definition, built once for all datasets of the statement. */
 int define(const Request &r, Definition &d) {
     const char *name = r.first;
-    d.size = element_size(r, d.size);
     d.list = H5Pcreate(H5P_DATASET_CREATE);
     if (!d.list.valid()) return fail(ORMAK_ERROR_UNKNOWN, "Error when creating dataset \"%s\"", name);
     if (r.storage_allocation != -1) {
@@ -282,7 +234,9 @@ int define(const Request &r, Definition &d) {
             return fail(ORMAK_ERROR_UNKNOWN, "Error when setting storage allocation to create dataset \"%s\"", name);
     }
     int status;
-    if ((status = build_types(r, d)) != ORMAK_SUCCESS) return status;
+    const ormak::ElementRequest element{r.data_type, r.compound, r.dataset_endianness, r.char_set, r.tag_value,
+                                        r.dimensions};
+    if ((status = d.element.build(element, d.compound_size, "dataset", name)) != ORMAK_SUCCESS) return status;
     if ((status = build_space(r, d)) != ORMAK_SUCCESS) return status;
     if ((status = set_fill_value(r, d)) != ORMAK_SUCCESS) return status;
     if (r.attribute_order != -1 && H5Pset_attr_creation_order(d.list, r.attribute_order == ORMAK_TRACKED ? 1u : 3u) < 0)
@@ -315,11 +269,11 @@ int create_one(const Request &r, Definition &d, const ormak::ObjectItem &item) {
     /* The source is read once, for the first dataset, and serves them all. */
     if (item.index == 0) {
         const std::vector<hsize_t> &dimensions = d.space_dimensions;
-        status = d.data.fill(d.input, r.data_type, d.count, d.size, -1, dimensions.data(), (int)dimensions.size(),
+        status = d.data.fill(d.input, r.data_type, d.count, d.element.size, -1, dimensions.data(), (int)dimensions.size(),
                              r.data_list, r.programming_language);
         if (status != ORMAK_SUCCESS) return status;
     }
-    if (!d.data.empty() && H5Dwrite(dataset, d.memory_type, H5S_ALL, H5S_ALL, H5P_DEFAULT, d.data.data()) < 0)
+    if (!d.data.empty() && H5Dwrite(dataset, d.element.memory, H5S_ALL, H5S_ALL, H5P_DEFAULT, d.data.data()) < 0)
         return writing.fail_call(name);
     return ORMAK_SUCCESS;
 }
