@@ -55,6 +55,15 @@ int prepare_new_object(const char *name, int truncate, hid_t group_create_list, 
     return ORMAK_SUCCESS;
 }
 
+int info_failure(const char *path, const char *object_name) {
+    H5L_info_t link;
+    if (H5Lget_info(current_file->file_id, path, &link, property_link_access_list) >= 0 &&
+        (link.type == H5L_TYPE_SOFT || link.type == H5L_TYPE_EXTERNAL))
+        return ormak::fail(ORMAK_ERROR_DANGLING_LINK, "Error when opening object \"%s\" as it is a dangling link",
+                           object_name);
+    return ormak::fail(ORMAK_ERROR_UNKNOWN, "Error when getting information about object \"%s\"", object_name);
+}
+
 int for_each_object(pANTLR3_BASE_TREE list, const ObjectMessage &message,
                     const std::function<int(const ObjectItem &item)> &work, int file_parallel) {
     int status = ORMAK_SUCCESS;

@@ -42,6 +42,10 @@ const char *tree_first_object_name(pANTLR3_BASE_TREE list);
 int prepare_new_object(const char *name, int truncate, hid_t group_create_list, const ObjectMessage &message,
                        std::string &path);
 
+/* After H5Oget_info_by_name failed on `path` in the file in use: a soft or external link
+   there is dangling (-19), anything else is a failure to get information (-99). */
+int info_failure(const char *path, const char *object_name);
+
 /* Runs `work` on each item of `list` with the item's file in use, in order, until one
    fails. Returns the status of the statement. */
 int for_each_object(pANTLR3_BASE_TREE list, const ObjectMessage &message,
