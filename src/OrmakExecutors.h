@@ -51,6 +51,11 @@ int ormak_create_dataset(pANTLR3_BASE_TREE dataset_list, int dataset_truncate, i
                          int scaleoffset_value, int shuffle, int zlib, int zlib_level, int fletcher32,
                          pANTLR3_BASE_TREE data_list, pANTLR3_BASE_TREE input_redirecting, int programming_language);
 
+/* Data. */
+int ormak_insert(pANTLR3_BASE_TREE object_selection_list, int direct, int direct_mask, int direct_mask_value,
+                 int direct_size, int direct_size_value, int object_parallel, int object_type,
+                 pANTLR3_BASE_TREE data_list, pANTLR3_BASE_TREE input_redirecting, int programming_language);
+
 /* Session settings. */
 int ormak_flush(int flush_type);
 int _ormak_flush(int flush_type);

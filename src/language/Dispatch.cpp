@@ -24,6 +24,7 @@ const Row rows[] = {
     {COPY_FILE, read_copy_file},
     {DROP_DIRECTORY, read_drop_directory},
     {DROP_FILE, read_drop_file},
+    {INSERT, read_insert},
     {USE_DIRECTORY, read_use_directory},
     {USE_FILE, read_use_file},
     {USE_GROUP, read_use_group},

@@ -49,6 +49,7 @@ script
 
 statement
     : data_definition_statement
+    | data_manipulation_statement
     | miscellaneous_statement
     ;
 
@@ -57,6 +58,10 @@ data_definition_statement
     | rename_statement
     | copy_statement
     | drop_statement
+    ;
+
+data_manipulation_statement
+    : insert_statement
     ;
 
 miscellaneous_statement
@@ -193,6 +198,19 @@ drop_directory_statement
 
 drop_file_statement
     : FILE_KEYWORD value_list -> ^(DROP_FILE ^(OPTION value_list))
+    ;
+
+// Objects with their selections, divided by commas; a comma before "(" belongs to the points.
+insert_statement
+    : INSERT_KEYWORD
+      (DIRECTLY_KEYWORD (MASK_KEYWORD mask=(INTEGER_NUMBER_KEYWORD | HEXADECIMAL_NUMBER_KEYWORD))?
+       (SIZE_KEYWORD size=(INTEGER_NUMBER_KEYWORD | HEXADECIMAL_NUMBER_KEYWORD))?)?
+      PARALLEL_KEYWORD? INTO_KEYWORD (kind=(DATASET_KEYWORD | ATTRIBUTE_KEYWORD | AT_KEYWORD))?
+      objects+=object_selection (COMMA_KEYWORD objects+=object_selection)*
+      (VALUES_KEYWORD values=multiple_value_list)?
+      input_redirecting_statement?
+      -> ^(INSERT ^(OPTION DIRECTLY_KEYWORD?) ^(OPTION $mask?) ^(OPTION $size?) ^(OPTION PARALLEL_KEYWORD?)
+           ^(OPTION $kind?) ^(OPTION ^(LIST $objects+)) ^(OPTION $values?) ^(OPTION input_redirecting_statement?))
     ;
 
 use_directory_statement

@@ -38,6 +38,7 @@ int read_rename_file(pANTLR3_BASE_TREE statement, int programming_language);
 int read_copy_file(pANTLR3_BASE_TREE statement, int programming_language);
 int read_drop_directory(pANTLR3_BASE_TREE statement, int programming_language);
 int read_drop_file(pANTLR3_BASE_TREE statement, int programming_language);
+int read_insert(pANTLR3_BASE_TREE statement, int programming_language);
 int read_use_directory(pANTLR3_BASE_TREE statement, int programming_language);
 int read_use_file(pANTLR3_BASE_TREE statement, int programming_language);
 int read_use_group(pANTLR3_BASE_TREE statement, int programming_language);

@@ -267,7 +267,8 @@ int literal_input(int data_type, int data_count, int data_size, int selection, c
         return ORMAK_SUCCESS;
     }
 
-    char *bytes = (char *)malloc((size_t)data_count * (size_t)data_size);
+    /* Cleared: a walk by other dimensions than the count's (a chunk) leaves bytes behind. */
+    char *bytes = (char *)calloc((size_t)data_count, (size_t)data_size);
     if (bytes == nullptr) return out_of_memory();
     *data = bytes;
     *data_allocated = 0;

@@ -3,6 +3,8 @@
 #include <hdf5.h>
 #include <mpi.h>
 
+#include <string>
+
 #include "Ormak.h"
 #include "OrmakPrivateStructures.h"
 
@@ -62,6 +64,34 @@ TEST(Parallel, BothRanksCreateDatasetsTogether) {
     H5Fclose(file);
     MPI_Barrier(MPI_COMM_WORLD);
     if (ormak_mpi_get_rank() == 0) EXPECT_EQ(ormak_execute("DROP FILE parallel-data.h5"), 0);
+}
+
+TEST(Parallel, EachRankInsertsItsOwnPart) {
+    const int rank = ormak_mpi_get_rank();
+    ASSERT_EQ(ormak_execute("CREATE TRUNCATE PARALLEL FILE parallel-insert.h5; USE PARALLEL FILE parallel-insert.h5; "
+                            "CREATE DATASET d AS INT(8); CREATE DATASET v AS VARINT(2); CREATE GROUP g"),
+              0)
+        << ormak_error_get_message();
+    std::string insert = "INSERT PARALLEL INTO d(" + std::to_string(rank * 4) + ":1:4:1) VALUES(" +
+                         std::to_string(rank * 10 + 1) + ", " + std::to_string(rank * 10 + 2) + ", " +
+                         std::to_string(rank * 10 + 3) + ", " + std::to_string(rank * 10 + 4) + ")";
+    EXPECT_EQ(ormak_execute(insert.c_str()), 0) << ormak_error_get_message();
+    // Without a selection a collective write selects nothing on every rank.
+    EXPECT_EQ(ormak_execute("INSERT PARALLEL INTO d VALUES(99)"), 0) << ormak_error_get_message();
+    EXPECT_EQ(ormak_execute("INSERT PARALLEL INTO v(0:::) VALUES(1)"), ORMAK_ERROR_NOT_SUPPORTED);
+    EXPECT_EQ(ormak_execute("INSERT DIRECTLY PARALLEL INTO d VALUES(1)"), ORMAK_ERROR_NOT_SUPPORTED);
+    EXPECT_EQ(ormak_execute("CLOSE ALL FILE"), 0);
+    MPI_Barrier(MPI_COMM_WORLD);
+    hid_t file = H5Fopen("parallel-insert.h5", H5F_ACC_RDONLY, H5P_DEFAULT);
+    hid_t dataset = H5Dopen2(file, "/d", H5P_DEFAULT);
+    int values[8] = {};
+    EXPECT_GE(H5Dread(dataset, H5T_NATIVE_INT, H5S_ALL, H5S_ALL, H5P_DEFAULT, values), 0);
+    const int expected[8] = {1, 2, 3, 4, 11, 12, 13, 14};
+    for (int i = 0; i < 8; i++) EXPECT_EQ(values[i], expected[i]) << i;
+    H5Dclose(dataset);
+    H5Fclose(file);
+    MPI_Barrier(MPI_COMM_WORLD);
+    if (rank == 0) EXPECT_EQ(ormak_execute("DROP FILE parallel-insert.h5"), 0);
 }
 
 int main(int argc, char **argv) {

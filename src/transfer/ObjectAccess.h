@@ -1,0 +1,76 @@
+/* The road from a name in INSERT or SELECT to an open dataset or attribute with a known
+   element type and a selection: the name resolved (a dataset first, then an attribute of
+   the parent), the stored type mapped to a data type flag, and hyperslabs, points or chunk
+   numbers turned into a selection. */
+#ifndef ORMAK_OBJECT_ACCESS_H
+#define ORMAK_OBJECT_ACCESS_H
+
+#include <antlr3.h>
+#include <hdf5.h>
+
+#include <string>
+#include <vector>
+
+#include "../OrmakPrivateStructures.h"
+#include "../session/Handle.h"
+
+namespace ormak {
+
+/* The verb of a statement's messages: "inserting data into" or "reading data from". */
+struct AccessWords {
+    const char *action;
+    const char *unsupported; /* before "... as data type is not supported" */
+};
+extern const AccessWords kInsertWords;
+extern const AccessWords kSelectWords;
+
+class ObjectAccess {
+public:
+    /* `object_type` is the keyword of the statement: -1, ORMAK_DATASET or ORMAK_ATTRIBUTE. */
+    ObjectAccess(const AccessWords &words, int object_type) : words_(words), object_type_(object_type) {}
+
+    /* Finds what the name is, in the file in use; sets `type`. */
+    int resolve(const char *object_name);
+    /* Opens the dataset or attribute, its dataspace and its type, and maps the type. With
+       `chunked` the dataset must be chunked and its chunk dimensions are read. */
+    int open(bool chunked = false);
+    /* The selection of an object_selection node's hyperslab and point slots; `parallel`
+       selects nothing when the statement gives no selection. Sets `selection` and `count`. */
+    int select(pANTLR3_BASE_TREE object_selection, bool parallel);
+    /* The first element of the chunk that slot 4's first point numbers, for direct access. */
+    int chunk_offset(pANTLR3_BASE_TREE object_selection);
+
+    /* The statement's message for this object; `word` is the kind's word or "object". */
+    int fail(int status, const char *word, const char *cause) const;
+    /* The word by the statement's keyword: "object", "dataset" or "attribute". */
+    const char *kind_word() const;
+
+    const char *name = "";
+    int type = -1;                /* ORMAK_DATASET or ORMAK_ATTRIBUTE, once resolved */
+    int data_type = -1;           /* data type flag of the elements */
+    int size = 0;                 /* bytes of an element, or of one member of a variable-length one */
+    int selection = -1;           /* 0 when a selection is in force */
+    int count = 0;                /* elements selected, or all */
+    std::vector<hsize_t> dimensions, chunk_dimensions, offset;
+    Handle object{H5Oclose}, dataset{H5Dclose}, attribute{H5Aclose}, dataspace{H5Sclose};
+    Handle data_type_id{H5Tclose}, creation_list{H5Pclose};
+    /* The type of the values in memory: the native form of a numeric type, so that values
+       of another byte order are turned around by HDF5 on their way. */
+    hid_t memory_type = -1;
+
+private:
+    int open_parent(const char *path);
+    int map_type();
+    int hyperslabs(pANTLR3_BASE_TREE slabs, pANTLR3_BASE_TREE operators);
+    int points(pANTLR3_BASE_TREE list);
+    std::string message(const char *word) const;
+
+    const AccessWords &words_;
+    int object_type_;
+    std::string path_, attribute_name_;
+    Handle owned_memory_type_{H5Tclose};
+};
+
+} // namespace ormak
+
+#endif
