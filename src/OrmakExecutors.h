@@ -50,6 +50,15 @@ int ormak_create_dataset(pANTLR3_BASE_TREE dataset_list, int dataset_truncate, i
                          int attribute_min_dense, int nbit, int nbit_precision, int nbit_offset, int scaleoffset,
                          int scaleoffset_value, int shuffle, int zlib, int zlib_level, int fletcher32,
                          pANTLR3_BASE_TREE data_list, pANTLR3_BASE_TREE input_redirecting, int programming_language);
+/* Attributes on existing objects: the last component of each name is the attribute, all
+   before it the object. Dimensions hold -2 where the statement wrote a negative number. */
+int ormak_create_attribute(pANTLR3_BASE_TREE attribute_list, int attribute_truncate, int data_type,
+                           pANTLR3_BASE_TREE compound, int attribute_endianness, hsize_t *attribute_dimension_list,
+                           int attribute_dimension_count, int char_set, const char *tag_value,
+                           pANTLR3_BASE_TREE data_list, pANTLR3_BASE_TREE input_redirecting, int programming_language);
+/* The new dimensions keep their commas: a comma where a number could stand leaves that
+   dimension as it is; "+n" and "-n" are taken against each dataset's current size. */
+int ormak_alter_dimension(pANTLR3_BASE_TREE dataset_list, pANTLR3_BASE_TREE dimension_list);
 
 /* Data. */
 int ormak_insert(pANTLR3_BASE_TREE object_selection_list, int direct, int direct_mask, int direct_mask_value,

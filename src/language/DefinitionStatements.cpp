@@ -78,4 +78,29 @@ int read_create_dataset(pANTLR3_BASE_TREE statement, int programming_language) {
         tree::list(statement, 19), programming_language);
 }
 
+/* An attribute's dimensions, a number_list: each number as written, the mark -2 for a
+   negative one. */
+static std::vector<hsize_t> read_attribute_dimensions(pANTLR3_BASE_TREE number_list) {
+    std::vector<hsize_t> dimensions;
+    for (int i = 0; i < tree::count(number_list); i++) {
+        long long size = atoll(tree::text(tree::child(number_list, i)));
+        dimensions.push_back(size < 0 ? (hsize_t)-2 : (hsize_t)size);
+    }
+    return dimensions;
+}
+
+int read_create_attribute(pANTLR3_BASE_TREE statement, int programming_language) {
+    DataTypeSlot type = read_data_type(statement, 4);
+    std::vector<hsize_t> dimensions = read_attribute_dimensions(tree::list(statement, 6));
+    return ormak_create_attribute(tree::list(statement, 1), tree::flag(statement, 0), type.data_type, type.compound,
+                                  read_endianness(tree::slot(statement, 2)),
+                                  dimensions.empty() ? nullptr : dimensions.data(), (int)dimensions.size(),
+                                  read_charset(tree::slot(statement, 3)), tree::name(statement, 7),
+                                  tree::list(statement, 8), tree::list(statement, 9), programming_language);
+}
+
+int read_alter_dimension(pANTLR3_BASE_TREE statement, int) {
+    return ormak_alter_dimension(tree::list(statement, 0), tree::list(statement, 1));
+}
+
 } // namespace ormak

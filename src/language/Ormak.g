@@ -55,6 +55,7 @@ statement
 
 data_definition_statement
     : create_statement
+    | alter_statement
     | rename_statement
     | copy_statement
     | drop_statement
@@ -77,9 +78,14 @@ create_statement
       | create_file_statement
       | create_group_statement
       | create_dataset_statement
+      | create_attribute_statement
       | create_link_statement
       | create_external_link_statement
       )
+    ;
+
+alter_statement
+    : ALTER_KEYWORD! alter_dimension_statement
     ;
 
 rename_statement
@@ -167,6 +173,20 @@ create_dataset_statement
            ^(OPTION input_redirecting_statement?))
     ;
 
+// The dimensions are plain numbers: an attribute has no maximum.
+create_attribute_statement
+    : TRUNCATE_KEYWORD? ATTRIBUTE_KEYWORD file_object_list AS_KEYWORD
+      (endianness=(NATIVE_KEYWORD | LITTLE_ENDIAN_KEYWORD | BIG_ENDIAN_KEYWORD))?
+      (charset=(ASCII_KEYWORD | UTF8_KEYWORD))?
+      (data_type | compound) (LEFT_PARENTHESIS_KEYWORD number_list RIGHT_PARENTHESIS_KEYWORD)?
+      (TAG_KEYWORD tag=STRING_KEYWORD)?
+      (VALUES_KEYWORD values=multiple_value_list)?
+      input_redirecting_statement?
+      -> ^(CREATE_ATTRIBUTE ^(OPTION TRUNCATE_KEYWORD?) ^(OPTION file_object_list) ^(OPTION $endianness?)
+           ^(OPTION $charset?) ^(OPTION data_type?) ^(OPTION compound?) ^(OPTION number_list?) ^(OPTION $tag?)
+           ^(OPTION $values?) ^(OPTION input_redirecting_statement?))
+    ;
+
 create_link_statement
     : TRUNCATE_KEYWORD? (kind=(SOFT_KEYWORD | HARD_KEYWORD))? LINK_KEYWORD file_object_list TO_KEYWORD value_list
       -> ^(CREATE_LINK ^(OPTION TRUNCATE_KEYWORD?) ^(OPTION $kind?) ^(OPTION file_object_list) ^(OPTION value_list))
@@ -175,6 +195,12 @@ create_link_statement
 create_external_link_statement
     : TRUNCATE_KEYWORD? EXTERNAL_KEYWORD LINK_KEYWORD file_object_list TO_KEYWORD link_value_list
       -> ^(CREATE_EXTERNAL_LINK ^(OPTION TRUNCATE_KEYWORD?) ^(OPTION file_object_list) ^(OPTION link_value_list))
+    ;
+
+// The new dimensions keep their commas and the signs of relative sizes.
+alter_dimension_statement
+    : DIMENSION_KEYWORD file_object_list TO_KEYWORD number_optional_list
+      -> ^(ALTER_DIMENSION ^(OPTION file_object_list) ^(OPTION number_optional_list))
     ;
 
 rename_directory_statement

@@ -33,6 +33,8 @@ int read_create_group(pANTLR3_BASE_TREE statement, int programming_language);
 int read_create_link(pANTLR3_BASE_TREE statement, int programming_language);
 int read_create_external_link(pANTLR3_BASE_TREE statement, int programming_language);
 int read_create_dataset(pANTLR3_BASE_TREE statement, int programming_language);
+int read_create_attribute(pANTLR3_BASE_TREE statement, int programming_language);
+int read_alter_dimension(pANTLR3_BASE_TREE statement, int programming_language);
 int read_rename_directory(pANTLR3_BASE_TREE statement, int programming_language);
 int read_rename_file(pANTLR3_BASE_TREE statement, int programming_language);
 int read_copy_file(pANTLR3_BASE_TREE statement, int programming_language);

@@ -1,7 +1,6 @@
 /* CREATE DATASET: one definition (type, dimensions, layout, filters, fill value, initial
    values) built once and given to every dataset of the statement. Everything that can be
    checked without a file is checked before the first file is touched. */
-#include <limits.h>
 #include <string.h>
 
 #include <string>
@@ -41,7 +40,6 @@ struct Request {
     const char *first;
 };
 
-bool is_string(int data_type) { return data_type == ORMAK_CHAR || data_type == ORMAK_VARCHAR; }
 bool is_integer(int data_type) {
     int fixed = ormak::fixed_of(data_type);
     return ormak::is_fixed_numeric(fixed) && fixed != ORMAK_FLOAT && fixed != ORMAK_DOUBLE;
@@ -75,13 +73,13 @@ int check(const Request &r, Definition &d) {
                 return fail(ORMAK_ERROR_INVALID_VALUE,
                             "Error when creating dataset \"%s\" as chunk storage dimension is not equal to or greater than 1",
                             name);
+    int status;
     if (r.data_type == ORMAK_COMPOUND) {
-        int status = _ormak_check_compound_member_names(name, ORMAK_DATASET, ormak::tree::child(r.compound, 0), &d.compound_size);
+        status = _ormak_check_compound_member_names(name, ORMAK_DATASET, ormak::tree::child(r.compound, 0), &d.compound_size);
         if (status != ORMAK_SUCCESS) return status;
     }
-    if (r.dimensions.size() > ORMAK_MAX_DIMENSIONS)
-        return fail(ORMAK_ERROR_INVALID_VALUE, "Error when creating dataset \"%s\" as it has more than %d dimensions", name,
-                    ORMAK_MAX_DIMENSIONS);
+    status = ormak::check_rank(r.dimensions, "dataset", name);
+    if (status != ORMAK_SUCCESS) return status;
     for (size_t i = 0; i < r.dimensions.size(); i++) {
         if (r.dimensions[i] == (hsize_t)-2)
             return fail(ORMAK_ERROR_INVALID_VALUE,
@@ -91,12 +89,8 @@ int check(const Request &r, Definition &d) {
                         "Error when creating dataset \"%s\" as extendible dimension is not equal to or greater than dimension",
                         name);
     }
-    if (r.char_set != -1 && !is_string(r.data_type))
-        return fail(ORMAK_ERROR_UNEXPECTED_DATA_TYPE,
-                    "Error when setting charset of dataset \"%s\" as data type is neither char nor varchar", name);
-    if (r.tag_value && r.data_type != ORMAK_OPAQUE)
-        return fail(ORMAK_ERROR_UNEXPECTED_DATA_TYPE, "Error when setting tag of dataset \"%s\" as data type is not opaque",
-                    name);
+    status = ormak::check_type_options(r.data_type, r.char_set, r.tag_value, "dataset", name);
+    if (status != ORMAK_SUCCESS) return status;
     if (r.attribute_storage == 0 && r.attribute_max_compact < 0)
         return fail(ORMAK_ERROR_INVALID_VALUE,
                     "Error when creating dataset \"%s\" as attribute storage max compact is not equal to or greater than 0",
@@ -121,7 +115,7 @@ int check(const Request &r, Definition &d) {
     if (r.zlib == 0 && (r.zlib_level < 0 || r.zlib_level > 9))
         return fail(ORMAK_ERROR_INVALID_VALUE, "Error when creating dataset \"%s\" as ZLIB filter level is not between 0 and 9",
                     name);
-    int status = d.input.decode(r.input_redirecting, name, ORMAK_DATASET, r.data_list);
+    status = d.input.decode(r.input_redirecting, name, ORMAK_DATASET, r.data_list);
     if (status != ORMAK_SUCCESS) return status;
     /* HDF5's scale-offset filter overruns its buffer on what the n-bit filter packs: such a
        dataset can be defined, but nothing may pass through the two. */
@@ -130,11 +124,7 @@ int check(const Request &r, Definition &d) {
                     "Error when creating dataset \"%s\" as data can not pass the n-bit filter followed by the scale-offset "
                     "filter",
                     name);
-    /* Values of compound types have no literal form yet. */
-    if (r.data_type == ORMAK_COMPOUND && (d.input.input_type != -1 || r.fill_list))
-        return fail(ORMAK_ERROR_NOT_SUPPORTED,
-                    "Error when creating dataset \"%s\" as values of a compound data type are not supported", name);
-    return ORMAK_SUCCESS;
+    return ormak::check_compound_values(r.data_type, d.input.input_type != -1 || r.fill_list, "dataset", name);
 }
 
 int call_failed(const char *what, const char *name) {
@@ -149,15 +139,8 @@ int build_space(const Request &r, Definition &d) {
     bool single = r.dimensions.empty() || (r.dimensions.size() == 1 && ormak::is_text_type(r.data_type));
     if (!single && r.dataset_extendible == 0)
         maxima.assign(r.maxima.begin(), r.maxima.begin() + (long)d.space_dimensions.size());
-    long long count = 1;
-    for (hsize_t dimension : d.space_dimensions) {
-        count = dimension > (hsize_t)INT_MAX ? (long long)INT_MAX + 1 : count * (long long)dimension;
-        if (count > INT_MAX) break;
-    }
-    if (count > INT_MAX && d.input.input_type != -1)
-        return fail(ORMAK_ERROR_INVALID_VALUE,
-                    "Error when creating dataset \"%s\" as its values would be more than %d elements", r.first, INT_MAX);
-    d.count = (int)std::min<long long>(count, INT_MAX);
+    int status = ormak::element_count(d.space_dimensions, d.input.input_type != -1, "dataset", r.first, d.count);
+    if (status != ORMAK_SUCCESS) return status;
     d.space = H5Screate_simple((int)d.space_dimensions.size(), d.space_dimensions.data(),
                                maxima.empty() ? nullptr : maxima.data());
     return d.space.valid() ? ORMAK_SUCCESS : call_failed("dataspace", r.first);

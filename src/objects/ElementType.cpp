@@ -1,3 +1,7 @@
+#include <limits.h>
+
+#include <algorithm>
+
 #include "ElementType.h"
 #include "DataTypes.h"
 #include "../language/TreeReader.h"
@@ -11,6 +15,44 @@ std::vector<hsize_t> space_dimensions(int data_type, const std::vector<hsize_t> 
     if (is_text_type(data_type)) rank = rank >= 2 ? rank - 1 : 0;
     if (rank == 0) return {1};
     return std::vector<hsize_t>(dimensions.begin(), dimensions.begin() + (long)rank);
+}
+
+int check_rank(const std::vector<hsize_t> &dimensions, const char *kind, const char *name) {
+    if (dimensions.size() > ORMAK_MAX_DIMENSIONS)
+        return fail(ORMAK_ERROR_INVALID_VALUE, "Error when creating %s \"%s\" as it has more than %d dimensions", kind, name,
+                    ORMAK_MAX_DIMENSIONS);
+    return ORMAK_SUCCESS;
+}
+
+int check_type_options(int data_type, int char_set, const char *tag_value, const char *kind, const char *name) {
+    if (char_set != -1 && !is_string_type(data_type))
+        return fail(ORMAK_ERROR_UNEXPECTED_DATA_TYPE,
+                    "Error when setting charset of %s \"%s\" as data type is neither char nor varchar", kind, name);
+    if (tag_value && data_type != ORMAK_OPAQUE)
+        return fail(ORMAK_ERROR_UNEXPECTED_DATA_TYPE, "Error when setting tag of %s \"%s\" as data type is not opaque",
+                    kind, name);
+    return ORMAK_SUCCESS;
+}
+
+int check_compound_values(int data_type, bool with_values, const char *kind, const char *name) {
+    if (data_type == ORMAK_COMPOUND && with_values)
+        return fail(ORMAK_ERROR_NOT_SUPPORTED,
+                    "Error when creating %s \"%s\" as values of a compound data type are not supported", kind, name);
+    return ORMAK_SUCCESS;
+}
+
+int element_count(const std::vector<hsize_t> &space_dimensions, bool with_values, const char *kind, const char *name,
+                  int &count) {
+    long long total = 1;
+    for (hsize_t dimension : space_dimensions) {
+        total = dimension > (hsize_t)INT_MAX ? (long long)INT_MAX + 1 : total * (long long)dimension;
+        if (total > INT_MAX) break;
+    }
+    if (total > INT_MAX && with_values)
+        return fail(ORMAK_ERROR_INVALID_VALUE, "Error when creating %s \"%s\" as its values would be more than %d elements",
+                    kind, name, INT_MAX);
+    count = (int)std::min<long long>(total, INT_MAX);
+    return ORMAK_SUCCESS;
 }
 
 int ElementType::build(const ElementRequest &r, int compound_size, const char *kind, const char *name) {

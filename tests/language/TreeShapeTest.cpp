@@ -34,6 +34,17 @@ TEST(TreeShape, GroupAndLinkStatements) {
               "(CREATE_EXTERNAL_LINK OPTION (OPTION (LIST (LIST OPTION e))) (OPTION (LIST o.h5 /x)))");
 }
 
+TEST(TreeShape, AlterDimensionKeepsCommasAndSigns) {
+    EXPECT_EQ(parse_rule("ALTER DIMENSION d TO 6, , +10", ORMAK_RULE(statement)),
+              "(ALTER_DIMENSION (OPTION (LIST (LIST OPTION d))) (OPTION (LIST 6 , , +10)))");
+    EXPECT_EQ(parse_rule("alter dimension d1, other.h5 /g/d2 to -1", ORMAK_RULE(statement)),
+              "(ALTER_DIMENSION (OPTION (LIST (LIST OPTION d1) (LIST (OPTION other.h5) /g/d2))) (OPTION (LIST -1)))");
+    EXPECT_EQ(parse_rule("ALTER DIMENSION d TO , 5,", ORMAK_RULE(statement)),
+              "(ALTER_DIMENSION (OPTION (LIST (LIST OPTION d))) (OPTION (LIST , 5 ,)))");
+    EXPECT_EQ(parse_rule("ALTER DIMENSION d TO 5 6", ORMAK_RULE(statement)), "ERROR");
+    EXPECT_EQ(parse_rule("ALTER DIMENSION TO 5", ORMAK_RULE(statement)), "ERROR");
+}
+
 TEST(TreeShape, DatasetStatementHasTwentySlots) {
     EXPECT_EQ(parse_rule("CREATE DATASET d AS INT", ORMAK_RULE(statement)),
               "(CREATE_DATASET OPTION OPTION OPTION (OPTION (LIST (LIST OPTION d))) OPTION OPTION (OPTION INT) OPTION "
@@ -55,4 +66,30 @@ TEST(TreeShape, DatasetStatementHasTwentySlots) {
               "(CREATE_DATASET OPTION OPTION OPTION (OPTION (LIST (LIST OPTION d))) OPTION OPTION OPTION "
               "(OPTION (LIST a AS INT , b AS DOUBLE)) OPTION OPTION (OPTION UNDEFINED) OPTION OPTION OPTION OPTION "
               "OPTION OPTION OPTION OPTION OPTION)");
+}
+
+TEST(TreeShape, AttributeStatementHasTenSlots) {
+    EXPECT_EQ(parse_rule("CREATE ATTRIBUTE a AS INT", ORMAK_RULE(statement)),
+              "(CREATE_ATTRIBUTE OPTION (OPTION (LIST (LIST OPTION a))) OPTION OPTION (OPTION INT) OPTION OPTION "
+              "OPTION OPTION OPTION)");
+    EXPECT_EQ(parse_rule("create truncate attribute g/a, other.h5 /b as big endian double(2) from cursor",
+                         ORMAK_RULE(statement)),
+              "(CREATE_ATTRIBUTE (OPTION truncate) (OPTION (LIST (LIST OPTION g/a) (LIST (OPTION other.h5) /b))) "
+              "(OPTION big endian) OPTION (OPTION double) OPTION (OPTION (LIST 2)) OPTION OPTION "
+              "(OPTION (LIST (OPTION cursor) OPTION OPTION OPTION OPTION OPTION OPTION)))");
+    EXPECT_EQ(parse_rule("CREATE ATTRIBUTE o AS NATIVE ASCII OPAQUE(4, -16) TAG \"a tag\" VALUES((1, 2), 3) "
+                         "FROM MEMORY 1 SIZE 8",
+                         ORMAK_RULE(statement)),
+              "(CREATE_ATTRIBUTE OPTION (OPTION (LIST (LIST OPTION o))) (OPTION NATIVE) (OPTION ASCII) (OPTION OPAQUE) "
+              "OPTION (OPTION (LIST 4 -16)) (OPTION a tag) (OPTION (LIST (LIST 1 , 2) , 3)) "
+              "(OPTION (LIST OPTION OPTION OPTION OPTION OPTION OPTION (OPTION 1 8))))");
+    // A compound leaves the type slot empty and fills the next.
+    EXPECT_EQ(parse_rule("CREATE ATTRIBUTE c AS COMPOUND(a AS INT, b AS CHAR(4))(3)", ORMAK_RULE(statement)),
+              "(CREATE_ATTRIBUTE OPTION (OPTION (LIST (LIST OPTION c))) OPTION OPTION OPTION "
+              "(OPTION (LIST a AS INT , b AS CHAR ( 4 ))) (OPTION (LIST 3)) OPTION OPTION OPTION)");
+    // An attribute has no maximum, and its clauses come in one order.
+    EXPECT_EQ(parse_rule("CREATE ATTRIBUTE a AS INT(1 TO 2)", ORMAK_RULE(statement)), "ERROR");
+    EXPECT_EQ(parse_rule("CREATE ATTRIBUTE a AS INT(UNLIMITED)", ORMAK_RULE(statement)), "ERROR");
+    EXPECT_EQ(parse_rule("CREATE ATTRIBUTE a AS INT VALUES(1) TAG t", ORMAK_RULE(statement)), "ERROR");
+    EXPECT_EQ(parse_rule("CREATE ATTRIBUTE a", ORMAK_RULE(statement)), "ERROR");
 }

@@ -1,0 +1,406 @@
+// CREATE ATTRIBUTE, checked on disk through HDF5.
+#include <string.h>
+
+#include <string>
+#include <vector>
+
+#include "OrmakPrivateStructures.h"
+#include "OrmakTest.h"
+
+namespace {
+
+using Sizes = std::vector<hsize_t>;
+
+/* One attribute of a file opened beside the session, read-only. */
+class Attribute {
+public:
+    Attribute(const char *object, const char *name, const char *file = "a.h5") {
+        file_ = H5Fopen(file, H5F_ACC_RDONLY, H5P_DEFAULT);
+        id_ = H5Aopen_by_name(file_, object, name, H5P_DEFAULT, H5P_DEFAULT);
+        type_ = H5Aget_type(id_);
+        space_ = H5Aget_space(id_);
+    }
+    ~Attribute() {
+        H5Sclose(space_);
+        H5Tclose(type_);
+        H5Aclose(id_);
+        H5Fclose(file_);
+    }
+    bool valid() const { return id_ >= 0; }
+    hid_t type() const { return type_; }
+    Sizes dimensions() const {
+        hsize_t current[32];
+        int rank = H5Sget_simple_extent_dims(space_, current, nullptr);
+        return rank < 0 ? Sizes() : Sizes(current, current + rank);
+    }
+    template <typename T>
+    std::vector<T> read(hid_t memory_type) const {
+        std::vector<T> values(H5Sget_simple_extent_npoints(space_));
+        EXPECT_GE(H5Aread(id_, memory_type, values.data()), 0);
+        return values;
+    }
+    /* The elements' bytes, for text and opaque types. */
+    std::vector<char> bytes() const {
+        std::vector<char> values(H5Sget_simple_extent_npoints(space_) * H5Tget_size(type_));
+        EXPECT_GE(H5Aread(id_, type_, values.data()), 0);
+        return values;
+    }
+    std::string tag() const {
+        char *tag = H5Tget_tag(type_);
+        std::string text = tag ? tag : "";
+        H5free_memory(tag);
+        return text;
+    }
+
+private:
+    hid_t file_, id_, type_, space_;
+};
+
+class Attributes : public OrmakTest {
+protected:
+    void SetUp() override {
+        OrmakTest::SetUp();
+        ASSERT_EQ(run("CREATE FILE a.h5, other.h5; USE FILE a.h5; CREATE DATASET d AS INT(2) VALUES(7, 8); "
+                      "CREATE GROUP g; CREATE DATASET g/inner AS INT"),
+                  0)
+            << message();
+        ormak_variable_unregister_all();
+    }
+    void TearDown() override {
+        ormak_variable_unregister_all();
+        OrmakTest::TearDown();
+    }
+    /* Runs a statement that must fail; returns its status, with the message in `said`. */
+    int refuse(const std::string &script) {
+        int status = run(script);
+        said = message();
+        return status;
+    }
+    /* The names of the attributes on an object, in the order of their names. */
+    static std::vector<std::string> names(const char *object, const char *file = "a.h5") {
+        std::vector<std::string> found;
+        hid_t id = H5Fopen(file, H5F_ACC_RDONLY, H5P_DEFAULT);
+        H5Aiterate_by_name(
+            id, object, H5_INDEX_NAME, H5_ITER_INC, nullptr,
+            [](hid_t, const char *name, const H5A_info_t *, void *data) {
+                ((std::vector<std::string> *)data)->push_back(name);
+                return 0;
+            },
+            &found, H5P_DEFAULT);
+        H5Fclose(id);
+        return found;
+    }
+    static bool exists(const char *path) {
+        hid_t id = H5Fopen("a.h5", H5F_ACC_RDONLY, H5P_DEFAULT);
+        bool found = H5Lexists(id, path, H5P_DEFAULT) > 0;
+        H5Fclose(id);
+        return found;
+    }
+    std::string said;
+};
+
+} // namespace
+
+TEST_F(Attributes, TypesByteOrdersAndValuesReachTheDisk) {
+    ASSERT_EQ(run("CREATE ATTRIBUTE d/unit AS CHAR(10) VALUES(\"kelvin\"); "
+                  "CREATE ATTRIBUTE /version AS SMALLINT(3) VALUES(1, 2, 3); "
+                  "CREATE ATTRIBUTE d/big AS BIG ENDIAN UNSIGNED BIGINT(2) VALUES(7, 0x0102030405060708); "
+                  "CREATE ATTRIBUTE d/little AS LITTLE ENDIAN DOUBLE VALUES(-2.5); "
+                  "CREATE ATTRIBUTE d/native AS NATIVE FLOAT(2, 2) VALUES((1.5, 2), (3, 4)); "
+                  "CREATE ATTRIBUTE g/names AS UTF8 VARCHAR(3) VALUES(\"a\", , \"ccc\"); "
+                  "CREATE ATTRIBUTE g/runs AS BIG ENDIAN VARINT(2) VALUES((1, 2), 3)"),
+              0)
+        << message();
+    Attribute unit("/d", "unit");
+    ASSERT_TRUE(unit.valid());
+    EXPECT_EQ(H5Tget_class(unit.type()), H5T_STRING);
+    EXPECT_EQ(H5Tget_size(unit.type()), 10u);
+    EXPECT_EQ(H5Tget_cset(unit.type()), H5T_CSET_ASCII);
+    EXPECT_EQ(unit.dimensions(), (Sizes{1}));
+    std::vector<char> text = unit.bytes();
+    ASSERT_EQ(text.size(), 10u);
+    EXPECT_EQ(memcmp(text.data(), "kelvin\0\0\0\0", 10), 0);
+
+    Attribute version("/", "version");
+    EXPECT_EQ(H5Tequal(version.type(), H5T_NATIVE_SHORT), 1);
+    EXPECT_EQ(version.dimensions(), (Sizes{3}));
+    EXPECT_EQ(version.read<short>(H5T_NATIVE_SHORT), (std::vector<short>{1, 2, 3}));
+
+    // Values are written as they stand in memory; the stored byte order is HDF5's business.
+    Attribute big("/d", "big");
+    EXPECT_EQ(H5Tequal(big.type(), H5T_STD_U64BE), 1);
+    EXPECT_EQ(big.read<unsigned long long>(H5T_NATIVE_ULLONG),
+              (std::vector<unsigned long long>{7, 0x0102030405060708}));
+    Attribute little("/d", "little");
+    EXPECT_EQ(H5Tequal(little.type(), H5T_IEEE_F64LE), 1);
+    EXPECT_EQ(little.dimensions(), (Sizes{1}));
+    EXPECT_EQ(little.read<double>(H5T_NATIVE_DOUBLE), (std::vector<double>{-2.5}));
+    Attribute native("/d", "native");
+    EXPECT_EQ(H5Tequal(native.type(), H5T_NATIVE_FLOAT), 1);
+    EXPECT_EQ(native.dimensions(), (Sizes{2, 2}));
+    EXPECT_EQ(native.read<float>(H5T_NATIVE_FLOAT), (std::vector<float>{1.5f, 2, 3, 4}));
+
+    Attribute names("/g", "names");
+    EXPECT_EQ(H5Tis_variable_str(names.type()), 1);
+    EXPECT_EQ(H5Tget_cset(names.type()), H5T_CSET_UTF8);
+    std::vector<char *> strings = names.read<char *>(names.type());
+    EXPECT_STREQ(strings[0], "a");
+    EXPECT_EQ(strings[1], nullptr);
+    EXPECT_STREQ(strings[2], "ccc");
+    hid_t space = H5Screate_simple(1, std::vector<hsize_t>{3}.data(), nullptr);
+    H5Dvlen_reclaim(names.type(), space, H5P_DEFAULT, strings.data());
+    H5Sclose(space);
+
+    Attribute runs("/g", "runs");
+    hid_t base = H5Tget_super(runs.type());
+    EXPECT_EQ(H5Tequal(base, H5T_STD_I32BE), 1);
+    H5Tclose(base);
+    hid_t memory = H5Tvlen_create(H5T_NATIVE_INT);
+    std::vector<hvl_t> lists = runs.read<hvl_t>(memory);
+    ASSERT_EQ(lists[0].len, 2u);
+    EXPECT_EQ(((int *)lists[0].p)[1], 2);
+    ASSERT_EQ(lists[1].len, 1u);
+    EXPECT_EQ(((int *)lists[1].p)[0], 3);
+    space = H5Screate_simple(1, std::vector<hsize_t>{2}.data(), nullptr);
+    H5Dvlen_reclaim(memory, space, H5P_DEFAULT, lists.data());
+    H5Sclose(space);
+    H5Tclose(memory);
+}
+
+TEST_F(Attributes, TextTypesTakeTheirLastDimensionAsTheirSize) {
+    ASSERT_EQ(run("CREATE ATTRIBUTE o AS OPAQUE(4, 16) TAG \"t\" VALUES((1, 2), (3)); "
+                  "CREATE ATTRIBUTE c AS CHAR(4, 10) VALUES(\"one\", \"two\", \"three\"); "
+                  "CREATE ATTRIBUTE one AS CHAR; CREATE ATTRIBUTE raw AS OPAQUE(3) TAG \"bytes\"; "
+                  "CREATE ATTRIBUTE plain AS INT"),
+              0)
+        << message();
+    Attribute o("/", "o");
+    EXPECT_EQ(H5Tget_class(o.type()), H5T_OPAQUE);
+    EXPECT_EQ(H5Tget_size(o.type()), 16u);
+    EXPECT_EQ(o.tag(), "t");
+    EXPECT_EQ(o.dimensions(), (Sizes{4}));
+    // Each value is a row of bytes.
+    std::vector<char> bytes = o.bytes();
+    ASSERT_EQ(bytes.size(), 64u);
+    EXPECT_EQ(bytes[0], 1);
+    EXPECT_EQ(bytes[1], 2);
+    EXPECT_EQ(bytes[2], 0);
+    EXPECT_EQ(bytes[16], 3);
+    EXPECT_EQ(bytes[17], 0);
+
+    Attribute c("/", "c");
+    EXPECT_EQ(c.dimensions(), (Sizes{4}));
+    EXPECT_EQ(H5Tget_size(c.type()), 10u);
+    std::vector<char> texts = c.bytes();
+    ASSERT_EQ(texts.size(), 40u);
+    EXPECT_STREQ(&texts[10], "two");
+    EXPECT_STREQ(&texts[20], "three");
+    EXPECT_EQ(texts[30], '\0');
+
+    Attribute one("/", "one");
+    EXPECT_EQ(H5Tget_size(one.type()), 1u);
+    EXPECT_EQ(one.dimensions(), (Sizes{1}));
+    Attribute raw("/", "raw");
+    EXPECT_EQ(H5Tget_size(raw.type()), 3u);
+    EXPECT_EQ(raw.tag(), "bytes");
+    EXPECT_EQ(raw.dimensions(), (Sizes{1}));
+    // No dimensions: one element in one dimension, never a scalar.
+    Attribute plain("/", "plain");
+    EXPECT_EQ(plain.dimensions(), (Sizes{1}));
+    EXPECT_EQ(plain.read<int>(H5T_NATIVE_INT), (std::vector<int>{0}));
+}
+
+TEST_F(Attributes, NamesCountFromTheCurrentGroupAndEndAtAnExistingObject) {
+    ASSERT_EQ(run("CREATE LINK alias TO d; USE GROUP g; CREATE ATTRIBUTE x AS INT VALUES(1); "
+                  "CREATE ATTRIBUTE inner/x AS INT VALUES(2); CREATE ATTRIBUTE ../y AS INT VALUES(3); "
+                  "CREATE ATTRIBUTE /alias/z AS INT VALUES(4)"),
+              0)
+        << message();
+    EXPECT_EQ(Attribute("/g", "x").read<int>(H5T_NATIVE_INT), (std::vector<int>{1}));
+    EXPECT_EQ(Attribute("/g/inner", "x").read<int>(H5T_NATIVE_INT), (std::vector<int>{2}));
+    EXPECT_EQ(Attribute("/", "y").read<int>(H5T_NATIVE_INT), (std::vector<int>{3}));
+    // A parent that is a soft link reaches the object behind it.
+    EXPECT_EQ(names("/d"), (std::vector<std::string>{"z"}));
+
+    // The missing object is named by its path in the file; no group is made for it.
+    EXPECT_EQ(refuse("CREATE ATTRIBUTE missing/deeper/a AS INT"), ORMAK_ERROR_NOT_FOUND);
+    EXPECT_EQ(said, "Error when creating attribute \"missing/deeper/a\" as object \"/g/missing/deeper\" does not exist");
+    EXPECT_EQ(refuse("CREATE ATTRIBUTE /d/no/a AS INT"), ORMAK_ERROR_NOT_FOUND);
+    EXPECT_EQ(said, "Error when creating attribute \"/d/no/a\" as object \"/d/no\" does not exist");
+    // A name that leaves nothing for the attribute after its object.
+    EXPECT_EQ(refuse("CREATE ATTRIBUTE .. AS INT"), ORMAK_ERROR_INVALID_VALUE);
+    EXPECT_EQ(said, "Error when creating attribute \"..\" as it names the root group");
+    EXPECT_EQ(refuse("CREATE ATTRIBUTE inner/ AS INT"), ORMAK_ERROR_UNKNOWN);
+    EXPECT_EQ(said, "Error when creating attribute \"inner/\" as it should not end with \"/\"");
+    ASSERT_EQ(run("CREATE LINK dangling TO /nowhere"), 0);
+    EXPECT_EQ(refuse("CREATE ATTRIBUTE dangling/a AS INT"), ORMAK_ERROR_UNKNOWN);
+    EXPECT_EQ(said, "Error when creating attribute \"dangling/a\"");
+    ASSERT_EQ(run("CLOSE GROUP"), 0);
+    EXPECT_EQ(names("/"), (std::vector<std::string>{"y"}));
+    EXPECT_EQ(names("/g"), (std::vector<std::string>{"x"}));
+    EXPECT_FALSE(exists("/g/missing"));
+}
+
+TEST_F(Attributes, TruncateReplacesTheAttributeAndLeavesTheObject) {
+    ASSERT_EQ(run("CREATE ATTRIBUTE d/a AS INT VALUES(1); CREATE ATTRIBUTE d/b AS INT VALUES(2)"), 0) << message();
+    EXPECT_EQ(refuse("CREATE ATTRIBUTE d/a AS DOUBLE"), ORMAK_ERROR_ALREADY_EXISTS);
+    EXPECT_EQ(said, "Error when creating attribute \"d/a\" as it already exists");
+    ASSERT_EQ(run("CREATE TRUNCATE ATTRIBUTE d/a AS CHAR(5) VALUES(\"new\")"), 0) << message();
+    Attribute a("/d", "a");
+    EXPECT_EQ(H5Tget_class(a.type()), H5T_STRING);
+    EXPECT_EQ(std::string(a.bytes().data(), 3), "new");
+    EXPECT_EQ(Attribute("/d", "b").read<int>(H5T_NATIVE_INT), (std::vector<int>{2}));
+    EXPECT_EQ(names("/d"), (std::vector<std::string>{"a", "b"}));
+    // The dataset that carries them keeps its values.
+    hid_t file = H5Fopen("a.h5", H5F_ACC_RDONLY, H5P_DEFAULT);
+    hid_t dataset = H5Dopen2(file, "/d", H5P_DEFAULT);
+    int values[2] = {};
+    EXPECT_GE(H5Dread(dataset, H5T_NATIVE_INT, H5S_ALL, H5S_ALL, H5P_DEFAULT, values), 0);
+    EXPECT_EQ(values[0], 7);
+    EXPECT_EQ(values[1], 8);
+    H5Dclose(dataset);
+    H5Fclose(file);
+    // TRUNCATE without an attribute of that name simply makes it.
+    ASSERT_EQ(run("CREATE TRUNCATE ATTRIBUTE g/fresh AS INT"), 0) << message();
+    EXPECT_EQ(names("/g"), (std::vector<std::string>{"fresh"}));
+}
+
+TEST_F(Attributes, ListsShareOneDefinitionAcrossFiles) {
+    _ormak_cursor_set_data_type(ORMAK_DOUBLE);
+    for (double value : {1.25, 2.5}) ASSERT_EQ(_ormak_cursor_add(&value, sizeof value), 0);
+    ASSERT_EQ(run("CREATE ATTRIBUTE other.h5 /b AS INT"), 0) << message();
+    ASSERT_EQ(run("CREATE TRUNCATE ATTRIBUTE g/a, other.h5 /b AS BIG ENDIAN DOUBLE(2) FROM CURSOR"), 0) << message();
+    const char *places[][3] = {{"/g", "a", "a.h5"}, {"/", "b", "other.h5"}};
+    for (const auto &place : places) {
+        Attribute attribute(place[0], place[1], place[2]);
+        EXPECT_EQ(H5Tequal(attribute.type(), H5T_IEEE_F64BE), 1);
+        EXPECT_EQ(attribute.read<double>(H5T_NATIVE_DOUBLE), (std::vector<double>{1.25, 2.5}));
+    }
+    // The other file was opened for its item only.
+    EXPECT_STREQ(current_file->file_name, "a.h5");
+    EXPECT_EQ(current_file->next, nullptr);
+
+    // A failing item ends the statement; the items before it stay done.
+    EXPECT_EQ(refuse("CREATE ATTRIBUTE first, g/a, last AS INT"), ORMAK_ERROR_ALREADY_EXISTS);
+    EXPECT_EQ(said, "Error when creating attribute \"g/a\" as it already exists");
+    EXPECT_EQ(names("/"), (std::vector<std::string>{"first"}));
+}
+
+TEST_F(Attributes, ValuesFromMemoryAndFromFiles) {
+    int block[6] = {1, 2, 3, 4, 5, 6};
+    ASSERT_EQ(ormak_variable_transient_register(block), 0);
+    ASSERT_EQ(run("CREATE ATTRIBUTE whole AS INT(2, 3) FROM MEMORY 0; "
+                  "CREATE ATTRIBUTE half AS LITTLE ENDIAN INT(4) FROM MEMORY 0 SIZE 10"),
+              0)
+        << message();
+    EXPECT_EQ(Attribute("/", "whole").read<int>(H5T_NATIVE_INT), (std::vector<int>{1, 2, 3, 4, 5, 6}));
+    // Ten bytes: two whole elements and the two low bytes of the third.
+    EXPECT_EQ(Attribute("/", "half").read<int>(H5T_NATIVE_INT), (std::vector<int>{1, 2, 3, 0}));
+
+    // The file clauses hand their file to the file reader; the attribute stays whatever it says.
+    for (const char *clause : {"FROM TEXT FILE missing.txt DOS SEPARATOR \";\"", "FROM BINARY FILE missing.bin"}) {
+        SCOPED_TRACE(clause);
+        std::string file = strstr(clause, "TEXT") ? "missing.txt" : "missing.bin";
+        EXPECT_NE(refuse(std::string("CREATE TRUNCATE ATTRIBUTE from_file AS INT(2) ") + clause), 0);
+        EXPECT_NE(said.find("\"" + file + "\""), std::string::npos) << said;
+        EXPECT_EQ(names("/").size(), 3u);
+    }
+}
+
+TEST_F(Attributes, CompoundAttributesHaveTheirMembers) {
+    ASSERT_EQ(run("CREATE ATTRIBUTE g/c AS COMPOUND(a AS INT, b AS DOUBLE, n AS COMPOUND(a AS TINYINT, "
+                  "s AS VARCHAR))(3)"),
+              0)
+        << message();
+    Attribute c("/g", "c");
+    ASSERT_EQ(H5Tget_class(c.type()), H5T_COMPOUND);
+    EXPECT_EQ(c.dimensions(), (Sizes{3}));
+    EXPECT_EQ(H5Tget_size(c.type()), 21u);
+    ASSERT_EQ(H5Tget_nmembers(c.type()), 3);
+    char *name = H5Tget_member_name(c.type(), 2);
+    EXPECT_STREQ(name, "n");
+    H5free_memory(name);
+    EXPECT_EQ(H5Tget_member_offset(c.type(), 2), 12u);
+    hid_t nested = H5Tget_member_type(c.type(), 2);
+    EXPECT_EQ(H5Tget_class(nested), H5T_COMPOUND);
+    EXPECT_EQ(H5Tget_nmembers(nested), 2);
+    H5Tclose(nested);
+}
+
+TEST_F(Attributes, BadDefinitionsAreRefusedBeforeAnyFileIsTouched) {
+    struct Case {
+        const char *script;
+        int status;
+        const char *message;
+    };
+    const Case cases[] = {
+        {"CREATE ATTRIBUTE d/a AS COMPOUND(x AS INT, x AS INT)(2, -1)", ORMAK_ERROR_INVALID_VALUE,
+         "Error when creating attribute \"d/a\" as dimension is not equal to or greater than 0"},
+        {"CREATE ATTRIBUTE d/a AS COMPOUND(x AS INT, y AS COMPOUND(x AS INT, z AS INT), y AS INT)",
+         ORMAK_ERROR_ALREADY_EXISTS, "Error when creating attribute \"d/a\" as compound member \"y\" already exists"},
+        {"CREATE ATTRIBUTE d/a AS UTF8 INT", ORMAK_ERROR_UNEXPECTED_DATA_TYPE,
+         "Error when setting charset of attribute \"d/a\" as data type is neither char nor varchar"},
+        {"CREATE ATTRIBUTE d/a AS ASCII OPAQUE(4) TAG \"t\"", ORMAK_ERROR_UNEXPECTED_DATA_TYPE,
+         "Error when setting charset of attribute \"d/a\" as data type is neither char nor varchar"},
+        {"CREATE ATTRIBUTE d/a AS CHAR(4) TAG \"t\"", ORMAK_ERROR_UNEXPECTED_DATA_TYPE,
+         "Error when setting tag of attribute \"d/a\" as data type is not opaque"},
+        {"CREATE ATTRIBUTE d/a AS INT FROM MEMORY 8", ORMAK_ERROR_INVALID_VALUE,
+         "Error when inserting data into attribute \"d/a\" as memory number \"8\" is not between 0 and 7"},
+        {"CREATE ATTRIBUTE d/a AS INT FROM MEMORY 2", ORMAK_ERROR_NOT_REGISTERED,
+         "Error when inserting data into attribute \"d/a\" as memory number \"2\" is not registered"},
+        {"CREATE ATTRIBUTE d/a AS INT(1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1)",
+         ORMAK_ERROR_INVALID_VALUE, "Error when creating attribute \"d/a\" as it has more than 32 dimensions"},
+        {"CREATE ATTRIBUTE d/a AS COMPOUND(x AS INT) VALUES(1)", ORMAK_ERROR_NOT_SUPPORTED,
+         "Error when creating attribute \"d/a\" as values of a compound data type are not supported"},
+        {"CREATE ATTRIBUTE d/a AS COMPOUND(x AS INT) FROM CURSOR", ORMAK_ERROR_NOT_SUPPORTED,
+         "Error when creating attribute \"d/a\" as values of a compound data type are not supported"},
+        {"CREATE ATTRIBUTE d/a AS INT(3000000000, 2) VALUES(1)", ORMAK_ERROR_INVALID_VALUE,
+         "Error when creating attribute \"d/a\" as its values would be more than 2147483647 elements"},
+        // What HDF5 refuses in the definition also comes before any file.
+        {"CREATE ATTRIBUTE d/a AS OPAQUE(0)", ORMAK_ERROR_UNKNOWN,
+         "Error when setting data type to create attribute \"d/a\""},
+        {"CREATE ATTRIBUTE d/a AS CHAR(2, 0)", ORMAK_ERROR_UNKNOWN,
+         "Error when setting data type size to create attribute \"d/a\""},
+    };
+    for (const Case &c : cases) {
+        SCOPED_TRACE(c.script);
+        EXPECT_EQ(refuse(c.script), c.status);
+        EXPECT_EQ(said, c.message);
+        EXPECT_TRUE(names("/d").empty());
+    }
+    // Bad options come before the missing file.
+    ASSERT_EQ(run("CLOSE ALL FILE"), 0);
+    EXPECT_EQ(refuse("CREATE ATTRIBUTE a AS INT TAG \"t\""), ORMAK_ERROR_UNEXPECTED_DATA_TYPE);
+    EXPECT_EQ(refuse("CREATE ATTRIBUTE a AS INT"), ORMAK_ERROR_NOT_OPEN);
+    EXPECT_EQ(said, "Error when creating attribute \"a\" as no file is in use");
+}
+
+TEST_F(Attributes, WhatHdf5RefusesOnAnItemIsAPlainFailure) {
+    ASSERT_EQ(run("CLOSE ALL FILE; USE READONLY FILE a.h5"), 0);
+    EXPECT_EQ(refuse("CREATE ATTRIBUTE d/a AS INT"), ORMAK_ERROR_UNKNOWN);
+    EXPECT_EQ(said, "Error when creating attribute \"d/a\"");
+    EXPECT_TRUE(names("/d").empty());
+}
+
+TEST_F(Attributes, FlushesWhenAskedAndTracesOneReadingForAList) {
+    ASSERT_EQ(run("SET FLUSH ENABLE; CREATE ATTRIBUTE flushed AS INT(2) VALUES(5, 6); SET FLUSH DISABLE"), 0)
+        << message();
+    // Flushed, a second reader sees the attribute and its values while the file is open for writing.
+    EXPECT_EQ(Attribute("/", "flushed").read<int>(H5T_NATIVE_INT), (std::vector<int>{5, 6}));
+
+    ASSERT_EQ(run("SET DEBUG ENABLE"), 0);
+    testing::internal::CaptureStdout();
+    int status = run("CREATE ATTRIBUTE d/a, g/a, other.h5 /a AS INT(2) VALUES(1, 2)");
+    std::string out = testing::internal::GetCapturedStdout();
+    ASSERT_EQ(status, 0) << message();
+    // The values are had once and serve every attribute of the list.
+    size_t readings = 0;
+    for (size_t at = out.find("FUNCTION CALL <_ormak_input_redirecting>"); at != std::string::npos;
+         at = out.find("FUNCTION CALL <_ormak_input_redirecting>", at + 1))
+        readings++;
+    EXPECT_EQ(readings, 1u);
+    EXPECT_EQ(Attribute("/", "a", "other.h5").read<int>(H5T_NATIVE_INT), (std::vector<int>{1, 2}));
+    EXPECT_NE(out.find("FUNCTION CALL <ormak_create_attribute>\n   attribute_list <"), std::string::npos);
+    EXPECT_NE(out.find("   attribute_dimension_count <1>\n"), std::string::npos);
+    EXPECT_NE(out.find("   programming_language <1>\nFUNCTION RETURN <0>\n"), std::string::npos);
+}
