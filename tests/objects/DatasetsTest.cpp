@@ -434,7 +434,8 @@ TEST_F(Datasets, WhatHdf5RefusesEndsTheStatementWithEarlierItemsDone) {
     EXPECT_EQ(refuse("CREATE DATASET first, taken, last AS INT ZLIB LEVEL 0"), ORMAK_ERROR_ALREADY_EXISTS);
     EXPECT_TRUE(exists("/first"));
     EXPECT_FALSE(exists("/last"));
-    EXPECT_EQ(refuse("CREATE DATASET n AS INT FROM TEXT FILE missing.txt"), ORMAK_ERROR_NOT_SUPPORTED);
+    EXPECT_EQ(refuse("CREATE DATASET n AS INT FROM TEXT FILE missing.txt"), ORMAK_ERROR_NOT_FOUND);
+    EXPECT_EQ(said, "Error when opening file \"missing.txt\" as it does not exist");
     // A dataset whose data could not be had stays, with its fill value.
     EXPECT_TRUE(exists("/n"));
 }
