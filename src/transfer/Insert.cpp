@@ -89,7 +89,7 @@ int insert_one(Insert &s, pANTLR3_BASE_TREE target, const char *name) {
     if (access.type == ORMAK_ATTRIBUTE && s.object_parallel == 0)
         return refuse(ORMAK_ERROR_NOT_SUPPORTED, word, name,
                       " as parallel HDF5 library does not support writing attributes in parallel");
-    if ((status = access.open(s.direct == 0)) != ORMAK_SUCCESS) return status;
+    if ((status = access.open(s.direct == 0, property_dataset_access_list1)) != ORMAK_SUCCESS) return status;
     if (s.direct == 0 && is_variable(access.data_type))
         return refuse(ORMAK_ERROR_NOT_SUPPORTED, "object", name, " as direct write does not support variable-length data types");
     if (current_file->parallel == 0 && is_variable(access.data_type))

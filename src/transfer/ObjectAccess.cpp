@@ -15,8 +15,8 @@
 
 namespace ormak {
 
-const AccessWords kInsertWords = {"inserting data into", "inserting data into"};
-const AccessWords kSelectWords = {"reading data from", "reading data into"};
+const AccessWords kInsertWords = {"inserting data into", "inserting data into", "direct write"};
+const AccessWords kSelectWords = {"reading data from", "reading data into", "direct read"};
 
 namespace {
 
@@ -119,19 +119,19 @@ int ObjectAccess::resolve(const char *object_name) {
     return attribute_of_parent("object");
 }
 
-int ObjectAccess::open(bool chunked) {
+int ObjectAccess::open(bool chunked, hid_t access_list) {
     auto no_information = [&](const char *word) {
         return ormak::fail(ORMAK_ERROR_UNKNOWN, "Error when getting information about %s \"%s\"", word, name);
     };
     if (type == ORMAK_DATASET) {
-        dataset = H5Dopen2(current_file->file_id, path_.c_str(), property_dataset_access_list1);
+        dataset = H5Dopen2(current_file->file_id, path_.c_str(), access_list);
         if (!dataset.valid()) return ormak::fail(ORMAK_ERROR_UNKNOWN, "Error when opening dataset \"%s\"", name);
         if (chunked) {
             creation_list = H5Dget_create_plist(dataset);
             if (!creation_list.valid()) return no_information("object");
             if (H5Pget_layout(creation_list) != H5D_CHUNKED)
                 return fail(ORMAK_ERROR_UNEXPECTED_STORAGE_TYPE, "object",
-                            " as direct write does not support storage type that is not chunked");
+                            (std::string(" as ") + words_.direct + " does not support storage type that is not chunked").c_str());
         }
         dataspace = H5Dget_space(dataset);
         data_type_id = H5Dget_type(dataset);

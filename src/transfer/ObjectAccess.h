@@ -20,6 +20,7 @@ namespace ormak {
 struct AccessWords {
     const char *action;
     const char *unsupported; /* before "... as data type is not supported" */
+    const char *direct;      /* "direct write" or "direct read" */
 };
 extern const AccessWords kInsertWords;
 extern const AccessWords kSelectWords;
@@ -31,9 +32,10 @@ public:
 
     /* Finds what the name is, in the file in use; sets `type`. */
     int resolve(const char *object_name);
-    /* Opens the dataset or attribute, its dataspace and its type, and maps the type. With
-       `chunked` the dataset must be chunked and its chunk dimensions are read. */
-    int open(bool chunked = false);
+    /* Opens the dataset (with `access_list`) or attribute, its dataspace and its type, and
+       maps the type. With `chunked` the dataset must be chunked and its chunk dimensions are
+       read. */
+    int open(bool chunked, hid_t access_list);
     /* The selection of an object_selection node's hyperslab and point slots; `parallel`
        selects nothing when the statement gives no selection. Sets `selection` and `count`. */
     int select(pANTLR3_BASE_TREE object_selection, bool parallel);
