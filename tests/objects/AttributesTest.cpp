@@ -6,55 +6,11 @@
 
 #include "OrmakPrivateStructures.h"
 #include "OrmakTest.h"
+#include "StoredObject.h"
 
 namespace {
 
 using Sizes = std::vector<hsize_t>;
-
-/* One attribute of a file opened beside the session, read-only. */
-class Attribute {
-public:
-    Attribute(const char *object, const char *name, const char *file = "a.h5") {
-        file_ = H5Fopen(file, H5F_ACC_RDONLY, H5P_DEFAULT);
-        id_ = H5Aopen_by_name(file_, object, name, H5P_DEFAULT, H5P_DEFAULT);
-        type_ = H5Aget_type(id_);
-        space_ = H5Aget_space(id_);
-    }
-    ~Attribute() {
-        H5Sclose(space_);
-        H5Tclose(type_);
-        H5Aclose(id_);
-        H5Fclose(file_);
-    }
-    bool valid() const { return id_ >= 0; }
-    hid_t type() const { return type_; }
-    Sizes dimensions() const {
-        hsize_t current[32];
-        int rank = H5Sget_simple_extent_dims(space_, current, nullptr);
-        return rank < 0 ? Sizes() : Sizes(current, current + rank);
-    }
-    template <typename T>
-    std::vector<T> read(hid_t memory_type) const {
-        std::vector<T> values(H5Sget_simple_extent_npoints(space_));
-        EXPECT_GE(H5Aread(id_, memory_type, values.data()), 0);
-        return values;
-    }
-    /* The elements' bytes, for text and opaque types. */
-    std::vector<char> bytes() const {
-        std::vector<char> values(H5Sget_simple_extent_npoints(space_) * H5Tget_size(type_));
-        EXPECT_GE(H5Aread(id_, type_, values.data()), 0);
-        return values;
-    }
-    std::string tag() const {
-        char *tag = H5Tget_tag(type_);
-        std::string text = tag ? tag : "";
-        H5free_memory(tag);
-        return text;
-    }
-
-private:
-    hid_t file_, id_, type_, space_;
-};
 
 class Attributes : public OrmakTest {
 protected:

@@ -6,78 +6,12 @@
 
 #include "OrmakPrivateStructures.h"
 #include "OrmakTest.h"
+#include "StoredObject.h"
 #include "objects/ChunkShape.h"
 
 namespace {
 
 using Sizes = std::vector<hsize_t>;
-
-/* One dataset of a file opened beside the session, read-only. */
-class Dataset {
-public:
-    Dataset(const char *path, const char *file = "a.h5") {
-        file_ = H5Fopen(file, H5F_ACC_RDONLY, H5P_DEFAULT);
-        id_ = H5Dopen2(file_, path, H5P_DEFAULT);
-        type_ = H5Dget_type(id_);
-        space_ = H5Dget_space(id_);
-        list_ = H5Dget_create_plist(id_);
-    }
-    ~Dataset() {
-        H5Pclose(list_);
-        H5Sclose(space_);
-        H5Tclose(type_);
-        H5Dclose(id_);
-        H5Fclose(file_);
-    }
-    bool valid() const { return id_ >= 0; }
-    hid_t type() const { return type_; }
-    hid_t list() const { return list_; }
-    Sizes dimensions() const { return sizes(false); }
-    Sizes maxima() const { return sizes(true); }
-    H5D_layout_t layout() const { return H5Pget_layout(list_); }
-    Sizes chunk() const {
-        hsize_t chunk[32];
-        int rank = H5Pget_chunk(list_, 32, chunk);
-        return rank < 0 ? Sizes() : Sizes(chunk, chunk + rank);
-    }
-    H5D_alloc_time_t allocation() const {
-        H5D_alloc_time_t time;
-        H5Pget_alloc_time(list_, &time);
-        return time;
-    }
-    /* The filters of the pipeline in order, with the values of each. */
-    std::vector<std::pair<H5Z_filter_t, std::vector<unsigned>>> filters() const {
-        std::vector<std::pair<H5Z_filter_t, std::vector<unsigned>>> result;
-        for (int i = 0; i < H5Pget_nfilters(list_); i++) {
-            unsigned flags, values[64];
-            size_t count = 64;
-            H5Z_filter_t filter = H5Pget_filter2(list_, (unsigned)i, &flags, &count, values, 0, nullptr, nullptr);
-            result.push_back({filter, std::vector<unsigned>(values, values + std::min<size_t>(count, 64))});
-        }
-        return result;
-    }
-    template <typename T>
-    std::vector<T> read(hid_t memory_type) const {
-        std::vector<T> values(H5Sget_simple_extent_npoints(space_));
-        EXPECT_GE(H5Dread(id_, memory_type, H5S_ALL, H5S_ALL, H5P_DEFAULT, values.data()), 0);
-        return values;
-    }
-    std::vector<int> ints() const { return read<int>(H5T_NATIVE_INT); }
-    /* The elements' bytes, for text and opaque types. */
-    std::vector<char> bytes() const {
-        std::vector<char> values(H5Sget_simple_extent_npoints(space_) * H5Tget_size(type_));
-        EXPECT_GE(H5Dread(id_, type_, H5S_ALL, H5S_ALL, H5P_DEFAULT, values.data()), 0);
-        return values;
-    }
-
-private:
-    Sizes sizes(bool maxima) const {
-        hsize_t current[32], maximum[32];
-        int rank = H5Sget_simple_extent_dims(space_, current, maximum);
-        return maxima ? Sizes(maximum, maximum + rank) : Sizes(current, current + rank);
-    }
-    hid_t file_, id_, type_, space_, list_;
-};
 
 class Datasets : public OrmakTest {
 protected:

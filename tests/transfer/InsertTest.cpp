@@ -7,6 +7,7 @@
 
 #include "OrmakPrivateStructures.h"
 #include "OrmakTest.h"
+#include "StoredObject.h"
 
 namespace {
 
@@ -25,31 +26,6 @@ protected:
         OrmakTest::TearDown();
     }
 
-    /* The values of a dataset or attribute, read beside the session in the native type. */
-    template <typename T = int>
-    static std::vector<T> values(const char *path, hid_t memory_type = H5T_NATIVE_INT, const char *file = "a.h5",
-                                 const char *attribute = nullptr) {
-        H5Fflush(current_file ? current_file->file_id : -1, H5F_SCOPE_GLOBAL);
-        hid_t f = H5Fopen(file, H5F_ACC_RDONLY, H5P_DEFAULT);
-        std::vector<T> result;
-        if (attribute) {
-            hid_t a = H5Aopen_by_name(f, path, attribute, H5P_DEFAULT, H5P_DEFAULT);
-            hid_t space = H5Aget_space(a);
-            result.resize(H5Sget_simple_extent_npoints(space));
-            EXPECT_GE(H5Aread(a, memory_type, result.data()), 0);
-            H5Sclose(space);
-            H5Aclose(a);
-        } else {
-            hid_t d = H5Dopen2(f, path, H5P_DEFAULT);
-            hid_t space = H5Dget_space(d);
-            result.resize(H5Sget_simple_extent_npoints(space));
-            EXPECT_GE(H5Dread(d, memory_type, H5S_ALL, H5S_ALL, H5P_DEFAULT, result.data()), 0);
-            H5Sclose(space);
-            H5Dclose(d);
-        }
-        H5Fclose(f);
-        return result;
-    }
     int refuse(const std::string &script) {
         int status = run(script);
         said = message();
@@ -64,38 +40,38 @@ using Ints = std::vector<int>;
 
 TEST_F(Insert, WholeObjectsTakeTheValuesByTheirOwnShape) {
     ASSERT_EQ(run("INSERT INTO d VALUES(1, 2, 3)"), 0) << message();
-    EXPECT_EQ(values("/d"), (Ints{1, 2, 3, 0, 0, 0, 0, 0, 0, 0}));
+    EXPECT_EQ(Dataset("/d").ints(), (Ints{1, 2, 3, 0, 0, 0, 0, 0, 0, 0}));
     ASSERT_EQ(run("INSERT INTO m VALUES((1, 2), (3, 4, 5, 6, 7), 8)"), 0) << message();
-    EXPECT_EQ(values("/m"), (Ints{1, 2, 0, 0, 3, 4, 5, 6, 8, 0, 0, 0}));
+    EXPECT_EQ(Dataset("/m").ints(), (Ints{1, 2, 0, 0, 3, 4, 5, 6, 8, 0, 0, 0}));
     // One list serves several targets, each by its own dimensions, in other files too.
     ASSERT_EQ(run("INSERT INTO d, other.h5 /g/d2 VALUES(9, 8, 7, 6, 5)"), 0) << message();
-    EXPECT_EQ(values("/d")[4], 5);
-    EXPECT_EQ(values("/g/d2", H5T_NATIVE_INT, "other.h5"), (Ints{9, 8, 7, 6}));
+    EXPECT_EQ(Dataset("/d").ints()[4], 5);
+    EXPECT_EQ(Dataset("/g/d2", "other.h5").ints(), (Ints{9, 8, 7, 6}));
     EXPECT_STREQ(current_file->file_name, "a.h5");
 }
 
 TEST_F(Insert, HyperslabsAndPointsTakeTheValuesInSelectionOrder) {
     ASSERT_EQ(run("INSERT INTO d(2:::) VALUES(8)"), 0) << message();
-    EXPECT_EQ(values("/d"), (Ints{0, 0, 8, 0, 0, 0, 0, 0, 0, 0}));
+    EXPECT_EQ(Dataset("/d").ints(), (Ints{0, 0, 8, 0, 0, 0, 0, 0, 0, 0}));
     ASSERT_EQ(run("INSERT INTO d(0:::2) OR (5:::2) VALUES(1, 2, 3, 4)"), 0) << message();
-    EXPECT_EQ(values("/d"), (Ints{1, 2, 8, 0, 0, 3, 4, 0, 0, 0}));
+    EXPECT_EQ(Dataset("/d").ints(), (Ints{1, 2, 8, 0, 0, 3, 4, 0, 0, 0}));
     ASSERT_EQ(run("INSERT INTO d(::3:2) VALUES(1, 1, 2, 2, 3, 3)"), 0) << message();
-    EXPECT_EQ(values("/d"), (Ints{1, 1, 2, 2, 3, 3, 4, 0, 0, 0}));
+    EXPECT_EQ(Dataset("/d").ints(), (Ints{1, 1, 2, 2, 3, 3, 4, 0, 0, 0}));
     ASSERT_EQ(run("INSERT INTO d(-1:::) VALUES(99)"), 0) << message();
-    EXPECT_EQ(values("/d")[9], 99);
+    EXPECT_EQ(Dataset("/d").ints()[9], 99);
     // A selection of three with two values: the third gets zero.
     ASSERT_EQ(run("INSERT INTO d(0:1:3:1) VALUES(5, 6)"), 0) << message();
-    EXPECT_EQ(values("/d")[2], 0);
+    EXPECT_EQ(Dataset("/d").ints()[2], 0);
 
     ASSERT_EQ(run("INSERT INTO m(0:2:2:1, 1:::) VALUES(7, 8, 9, 10, 11, 12)"), 0) << message();
-    EXPECT_EQ(values("/m"), (Ints{0, 7, 8, 9, 0, 0, 0, 0, 0, 10, 11, 12}));
+    EXPECT_EQ(Dataset("/m").ints(), (Ints{0, 7, 8, 9, 0, 0, 0, 0, 0, 10, 11, 12}));
     ASSERT_EQ(run("INSERT INTO m(0, 1), (2, 3), (-1, 0) VALUES(5, 6, 4)"), 0) << message();
-    Ints after = values("/m");
+    Ints after = Dataset("/m").ints();
     EXPECT_EQ(after[1], 5);
     EXPECT_EQ(after[11], 6);
     EXPECT_EQ(after[8], 4);
     ASSERT_EQ(run("INSERT INTO m(, 2:::) AND (1:::, ) VALUES(1, 1, 1, 1)"), 0) << message();
-    after = values("/m");
+    after = Dataset("/m").ints();
     EXPECT_EQ(after[6], 1);
     EXPECT_EQ(after[11], 1);
     EXPECT_EQ(after[2], 8);
@@ -109,9 +85,9 @@ TEST_F(Insert, AttributesAndTheKindKeyword) {
     H5Aclose(attribute);
     H5Sclose(space);
     ASSERT_EQ(run("INSERT INTO ATTRIBUTE g/a VALUES(4, -2)"), 0) << message();
-    EXPECT_EQ(values<short>("/g", H5T_NATIVE_SHORT, "a.h5", "a"), (std::vector<short>{4, -2}));
+    EXPECT_EQ(Attribute("/g", "a").read<short>(H5T_NATIVE_SHORT), (std::vector<short>{4, -2}));
     ASSERT_EQ(run("INSERT INTO g/a VALUES(5)"), 0) << message();
-    EXPECT_EQ(values<short>("/g", H5T_NATIVE_SHORT, "a.h5", "a")[0], 5);
+    EXPECT_EQ(Attribute("/g", "a").read<short>(H5T_NATIVE_SHORT)[0], 5);
 
     EXPECT_EQ(refuse("INSERT INTO g/a(0:::) VALUES(1)"), ORMAK_ERROR_NOT_SUPPORTED);
     EXPECT_EQ(said, "Error when inserting data into object \"g/a\" as hyperslab selection does not support attributes");
@@ -136,15 +112,15 @@ TEST_F(Insert, ValuesFromTheCursorMemoryAndOtherTypes) {
     _ormak_cursor_set_data_type(ORMAK_DOUBLE);
     for (double value : {1.9, -1.9}) ASSERT_EQ(_ormak_cursor_add(&value, sizeof value), 0);
     ASSERT_EQ(run("INSERT INTO d(0:1:3:1)"), 0) << message();
-    EXPECT_EQ(values("/d"), (Ints{1, -1, 0, 0, 0, 0, 0, 0, 0, 0}));
+    EXPECT_EQ(Dataset("/d").ints(), (Ints{1, -1, 0, 0, 0, 0, 0, 0, 0, 0}));
     ASSERT_EQ(run("INSERT INTO d(5:::) FROM CURSOR"), 0) << message();
-    EXPECT_EQ(values("/d")[6], -1);
+    EXPECT_EQ(Dataset("/d").ints()[6], -1);
 
     int block[12] = {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12};
     ASSERT_EQ(ormak_variable_transient_register(block), 0);
     ASSERT_EQ(run("INSERT INTO m FROM MEMORY 0; INSERT INTO d FROM MEMORY 0 SIZE 8"), 0) << message();
-    EXPECT_EQ(values("/m"), (Ints{1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12}));
-    EXPECT_EQ(values("/d"), (Ints{1, 2, 0, 0, 0, 0, 0, 0, 0, 0}));
+    EXPECT_EQ(Dataset("/m").ints(), (Ints{1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12}));
+    EXPECT_EQ(Dataset("/d").ints(), (Ints{1, 2, 0, 0, 0, 0, 0, 0, 0, 0}));
     // Reading does not spend a transient variable.
     EXPECT_EQ(ormak_variable_get_number(block), 0);
 
@@ -153,9 +129,9 @@ TEST_F(Insert, ValuesFromTheCursorMemoryAndOtherTypes) {
                   "CREATE DATASET s AS VARCHAR(2); INSERT INTO s(1:::) VALUES(\"second\")"),
               0)
         << message();
-    EXPECT_EQ(values<long long>("/b", H5T_NATIVE_LLONG), (std::vector<long long>{-5, 0x0102030405060708}));
+    EXPECT_EQ(Dataset("/b").read<long long>(H5T_NATIVE_LLONG), (std::vector<long long>{-5, 0x0102030405060708}));
     hid_t vlen = H5Tvlen_create(H5T_NATIVE_INT);
-    std::vector<hvl_t> rows = values<hvl_t>("/v", vlen);
+    std::vector<hvl_t> rows = Dataset("/v").read<hvl_t>(vlen);
     ASSERT_EQ(rows[0].len, 3u);
     EXPECT_EQ(((int *)rows[0].p)[2], 3);
     EXPECT_EQ(rows[1].len, 0u);
@@ -163,7 +139,7 @@ TEST_F(Insert, ValuesFromTheCursorMemoryAndOtherTypes) {
     H5Tclose(vlen);
     hid_t text = H5Tcopy(H5T_C_S1);
     H5Tset_size(text, H5T_VARIABLE);
-    std::vector<char *> strings = values<char *>("/s", text);
+    std::vector<char *> strings = Dataset("/s").read<char *>(text);
     EXPECT_EQ(strings[0], nullptr);
     EXPECT_STREQ(strings[1], "second");
     free(strings[1]);
@@ -173,7 +149,7 @@ TEST_F(Insert, ValuesFromTheCursorMemoryAndOtherTypes) {
 TEST_F(Insert, DirectWritesPutWholeChunksAsTheyStand) {
     ASSERT_EQ(run("CREATE CHUNKED(2, 2) DATASET c AS INT(4, 4); INSERT DIRECTLY INTO c(1, 0) VALUES(1, 2, 3, 4)"), 0)
         << message();
-    Ints after = values("/c");
+    Ints after = Dataset("/c").ints();
     EXPECT_EQ(after[8], 1);
     EXPECT_EQ(after[9], 2);
     EXPECT_EQ(after[12], 3);
@@ -239,12 +215,12 @@ TEST_F(Insert, InvalidSelectionsAndFailingTargets) {
         EXPECT_EQ(refuse(c.script), c.status);
         EXPECT_EQ(said, c.message);
     }
-    EXPECT_EQ(values("/d"), Ints(10, 0));
+    EXPECT_EQ(Dataset("/d").ints(), Ints(10, 0));
 
     // A failing target ends the statement; the ones before it stay written.
     EXPECT_EQ(refuse("INSERT INTO d, missing, m VALUES(4)"), ORMAK_ERROR_NOT_FOUND);
-    EXPECT_EQ(values("/d")[0], 4);
-    EXPECT_EQ(values("/m")[0], 0);
+    EXPECT_EQ(Dataset("/d").ints()[0], 4);
+    EXPECT_EQ(Dataset("/m").ints()[0], 0);
     // An empty selection writes nothing and reads nothing, even from a file that is not there.
     ASSERT_EQ(run("INSERT INTO d(0:::1) AND (5:::1), m(1:::) XOR (1:::) FROM TEXT FILE missing.txt"), 0) << message();
 
