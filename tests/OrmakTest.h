@@ -25,6 +25,7 @@ protected:
         ASSERT_NE(mkdtemp(pattern), nullptr);
         directory = pattern;
         ASSERT_EQ(chdir(directory.c_str()), 0);
+        ormak_variable_unregister_all();
     }
 
     void TearDown() override {
@@ -34,6 +35,7 @@ protected:
                       "PREEMPTION FILE; SET LIBRARY BOUNDS FROM EARLIEST; SET ATOMIC DISABLE; "
                       "SET EXTERNAL LINK PREFIX; SET FLUSH DISABLE");
         ormak_execute(nullptr);
+        ormak_variable_unregister_all();
         ASSERT_EQ(chdir(original_directory.c_str()), 0);
         std::string command = "rm -rf " + directory;
         ASSERT_EQ(system(command.c_str()), 0);
@@ -41,6 +43,13 @@ protected:
 
     /* Runs a script and returns its status. */
     static int run(const std::string &script) { return ormak_execute(script.c_str()); }
+
+    /* Runs a script that is to fail; returns its status, with its message in `said`. */
+    int refuse(const std::string &script) {
+        int status = run(script);
+        said = message();
+        return status;
+    }
 
     static std::string message() {
         const char *text = ormak_error_get_message();
@@ -70,6 +79,7 @@ protected:
 
     static bool is_hdf5(const std::string &path) { return H5Fis_hdf5(path.c_str()) > 0; }
 
+    std::string said;
     std::string original_directory;
     std::string directory;
 };

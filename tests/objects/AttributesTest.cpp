@@ -20,17 +20,6 @@ protected:
                       "CREATE GROUP g; CREATE DATASET g/inner AS INT"),
                   0)
             << message();
-        ormak_variable_unregister_all();
-    }
-    void TearDown() override {
-        ormak_variable_unregister_all();
-        OrmakTest::TearDown();
-    }
-    /* Runs a statement that must fail; returns its status, with the message in `said`. */
-    int refuse(const std::string &script) {
-        int status = run(script);
-        said = message();
-        return status;
     }
     /* The names of the attributes on an object, in the order of their names. */
     static std::vector<std::string> names(const char *object, const char *file = "a.h5") {
@@ -52,7 +41,6 @@ protected:
         H5Fclose(id);
         return found;
     }
-    std::string said;
 };
 
 } // namespace

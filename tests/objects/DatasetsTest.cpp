@@ -18,17 +18,6 @@ protected:
     void SetUp() override {
         OrmakTest::SetUp();
         ASSERT_EQ(run("CREATE FILE a.h5, other.h5; USE FILE a.h5"), 0);
-        ormak_variable_unregister_all();
-    }
-    void TearDown() override {
-        ormak_variable_unregister_all();
-        OrmakTest::TearDown();
-    }
-    /* Runs a statement that must fail; returns its status, with the message in `said`. */
-    int refuse(const std::string &script) {
-        int status = run(script);
-        said = message();
-        return status;
     }
     static bool exists(const char *path, const char *file = "a.h5") {
         hid_t id = H5Fopen(file, H5F_ACC_RDONLY, H5P_DEFAULT);
@@ -36,7 +25,6 @@ protected:
         H5Fclose(id);
         return found;
     }
-    std::string said;
 };
 
 } // namespace

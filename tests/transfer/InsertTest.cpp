@@ -15,23 +15,12 @@ class Insert : public OrmakTest {
 protected:
     void SetUp() override {
         OrmakTest::SetUp();
-        ormak_variable_unregister_all();
         ASSERT_EQ(run("CREATE FILE a.h5, other.h5; USE FILE a.h5; CREATE DATASET d AS INT(10); "
                       "CREATE DATASET m AS INT(3, 4); CREATE GROUP g; CREATE DATASET other.h5 /g/d2 AS INT(4)"),
                   0)
             << message();
     }
-    void TearDown() override {
-        ormak_variable_unregister_all();
-        OrmakTest::TearDown();
-    }
 
-    int refuse(const std::string &script) {
-        int status = run(script);
-        said = message();
-        return status;
-    }
-    std::string said;
 };
 
 using Ints = std::vector<int>;
