@@ -184,6 +184,83 @@ void _ormak_cursor_destroy(uintptr_t address);
 /* Debug: prints the cursor in use. */
 void _ormak_show_debug_information(void);
 
+/* Post-processing: applies the ORDER, TOP, BOTTOM, FROM ... TO and STEP clauses of a result
+   statement, in their written order, to `data_count` values at `data` in the layout of
+   `data_type`, in place; `data_size` is the width of a CHAR or OPAQUE value. Strings and
+   variable-length blocks dropped from the list are freed. 0, or -8 when memory is out. */
+struct ANTLR3_BASE_TREE_struct;
+int _ormak_post_processing(struct ANTLR3_BASE_TREE_struct *post_processing_list, const void *data, int data_type,
+                           int *data_count, int data_size);
+
+/* The typed sort. Comparisons take two items and answer as qsort wants; descending is the
+   reverse of ascending. Floats put every NaN before all numbers; strings (char_char, items
+   are pointers) put null before every string; char compares fixed texts of
+   global_data_size bytes as strncmp does. _ormak_merge_<type> merges the `threads` sorted
+   sections that start at index[0], ..., index[threads - 1] into one sorted list of
+   `data_count` items; _ormak_merge_<type>_sections merges two adjacent sorted sections of
+   the given item counts, the left one first on ties. Both: 0, or -8 when memory is out.
+   `order_type` is 1 for ascending, anything else descending. */
+int _ormak_compare_tinyint_ascend(const void *value0, const void *value1);
+int _ormak_compare_tinyint_descend(const void *value0, const void *value1);
+int _ormak_compare_unsigned_tinyint_ascend(const void *value0, const void *value1);
+int _ormak_compare_unsigned_tinyint_descend(const void *value0, const void *value1);
+int _ormak_compare_smallint_ascend(const void *value0, const void *value1);
+int _ormak_compare_smallint_descend(const void *value0, const void *value1);
+int _ormak_compare_unsigned_smallint_ascend(const void *value0, const void *value1);
+int _ormak_compare_unsigned_smallint_descend(const void *value0, const void *value1);
+int _ormak_compare_int_ascend(const void *value0, const void *value1);
+int _ormak_compare_int_descend(const void *value0, const void *value1);
+int _ormak_compare_unsigned_int_ascend(const void *value0, const void *value1);
+int _ormak_compare_unsigned_int_descend(const void *value0, const void *value1);
+int _ormak_compare_bigint_ascend(const void *value0, const void *value1);
+int _ormak_compare_bigint_descend(const void *value0, const void *value1);
+int _ormak_compare_unsigned_bigint_ascend(const void *value0, const void *value1);
+int _ormak_compare_unsigned_bigint_descend(const void *value0, const void *value1);
+int _ormak_compare_float_ascend(const void *value0, const void *value1);
+int _ormak_compare_float_descend(const void *value0, const void *value1);
+int _ormak_compare_double_ascend(const void *value0, const void *value1);
+int _ormak_compare_double_descend(const void *value0, const void *value1);
+int _ormak_compare_char_ascend(const void *value0, const void *value1);
+int _ormak_compare_char_descend(const void *value0, const void *value1);
+int _ormak_compare_char_char_ascend(const void *value0, const void *value1);
+int _ormak_compare_char_char_descend(const void *value0, const void *value1);
+int _ormak_merge_tinyint(void *data, int data_count, const int *index, int threads, int order_type);
+int _ormak_merge_unsigned_tinyint(void *data, int data_count, const int *index, int threads, int order_type);
+int _ormak_merge_smallint(void *data, int data_count, const int *index, int threads, int order_type);
+int _ormak_merge_unsigned_smallint(void *data, int data_count, const int *index, int threads, int order_type);
+int _ormak_merge_int(void *data, int data_count, const int *index, int threads, int order_type);
+int _ormak_merge_unsigned_int(void *data, int data_count, const int *index, int threads, int order_type);
+int _ormak_merge_bigint(void *data, int data_count, const int *index, int threads, int order_type);
+int _ormak_merge_unsigned_bigint(void *data, int data_count, const int *index, int threads, int order_type);
+int _ormak_merge_float(void *data, int data_count, const int *index, int threads, int order_type);
+int _ormak_merge_double(void *data, int data_count, const int *index, int threads, int order_type);
+int _ormak_merge_char(void *data, int data_count, const int *index, int threads, int order_type);
+int _ormak_merge_char_char(void *data, int data_count, const int *index, int threads, int order_type);
+int _ormak_merge_tinyint_sections(void *section_left, void *section_right, int section_left_position,
+                                  int section_right_position, int order_type);
+int _ormak_merge_unsigned_tinyint_sections(void *section_left, void *section_right, int section_left_position,
+                                           int section_right_position, int order_type);
+int _ormak_merge_smallint_sections(void *section_left, void *section_right, int section_left_position,
+                                   int section_right_position, int order_type);
+int _ormak_merge_unsigned_smallint_sections(void *section_left, void *section_right, int section_left_position,
+                                            int section_right_position, int order_type);
+int _ormak_merge_int_sections(void *section_left, void *section_right, int section_left_position,
+                              int section_right_position, int order_type);
+int _ormak_merge_unsigned_int_sections(void *section_left, void *section_right, int section_left_position,
+                                       int section_right_position, int order_type);
+int _ormak_merge_bigint_sections(void *section_left, void *section_right, int section_left_position,
+                                 int section_right_position, int order_type);
+int _ormak_merge_unsigned_bigint_sections(void *section_left, void *section_right, int section_left_position,
+                                          int section_right_position, int order_type);
+int _ormak_merge_float_sections(void *section_left, void *section_right, int section_left_position,
+                                int section_right_position, int order_type);
+int _ormak_merge_double_sections(void *section_left, void *section_right, int section_left_position,
+                                 int section_right_position, int order_type);
+int _ormak_merge_char_sections(void *section_left, void *section_right, int section_left_position,
+                               int section_right_position, int order_type);
+int _ormak_merge_char_char_sections(void *section_left, void *section_right, int section_left_position,
+                                    int section_right_position, int order_type);
+
 /* Memory variables: a block of the caller's memory registered under a number from 0 to 7.
    The functions find it by address; a null address is -15, one in no slot -20. */
 int ormak_variable_register(const void *variable);
