@@ -1,0 +1,944 @@
+// The INTO clause decoded, and results moved into the cursor, text and binary files and
+// memory variables; what the files hold reads back through the input road.
+#include <float.h>
+#include <limits.h>
+#include <math.h>
+#include <stdint.h>
+#include <stdio.h>
+#include <string.h>
+#include <unistd.h>
+
+#include <random>
+#include <string>
+#include <vector>
+
+#include "FakeJava.h"
+#include "OrmakPrivateStructures.h"
+#include "OrmakTest.h"
+#include "ParseRule.h"
+#include "transfer/InputRedirecting.h"
+#include "transfer/OutputRedirecting.h"
+
+namespace {
+
+/* A decoded clause with its texts copied out of the tree, null kept apart from empty. */
+struct Decoded {
+    int status = 99;
+    ormak::OutputClause clause;
+    std::string file_name, separator, subseparator;
+    bool has_file_name = false, has_separator = false, has_subseparator = false;
+};
+
+Decoded decode(const std::string &text) {
+    Decoded d;
+    with_rule_tree(text, ORMAK_RULE(output_redirecting_statement), [&](pANTLR3_BASE_TREE tree, bool whole) {
+        ASSERT_TRUE(tree && whole) << text;
+        d.status = d.clause.decode(tree);
+        d.has_file_name = d.clause.file_name != nullptr;
+        d.has_separator = d.clause.file_separator != nullptr;
+        d.has_subseparator = d.clause.file_subseparator != nullptr;
+        if (d.has_file_name) d.file_name = d.clause.file_name;
+        if (d.has_separator) d.separator = d.clause.file_separator;
+        if (d.has_subseparator) d.subseparator = d.clause.file_subseparator;
+        // The texts die with the tree.
+        d.clause.file_name = d.clause.file_separator = d.clause.file_subseparator = nullptr;
+    });
+    return d;
+}
+
+/* Where a test sends its results: the parameters of _ormak_output_redirecting after `data`
+   and its shape. */
+struct Into {
+    int output_type = 4;
+    int truncate = 0;
+    std::string file = "out.txt";
+    int eof = -1;
+    const char *separator = nullptr;
+    const char *subseparator = nullptr;
+    int split = -1;
+    int number = -1;
+    int size = -1;
+    int language = 1;
+};
+
+int send(const void *data, int data_type, int count, int size, const Into &into, int allocated = 0) {
+    return _ormak_output_redirecting(data, data_type, count, size, allocated, into.output_type, into.truncate,
+                                     into.file.c_str(), into.eof, into.separator, into.subseparator,
+                                     into.split >= 0 ? 0 : -1, into.split, into.number, into.size, into.language);
+}
+
+ORMAK_VARIABLE_LENGTH record(const void *members, uint64_t count) {
+    ORMAK_VARIABLE_LENGTH r;
+    r.count = count;
+    r.address = (void *)members;
+    return r;
+}
+
+/* printf's text of one value, the reference for the writer's. */
+template <typename... T>
+std::string printed(const char *format, T... values) {
+    char text[512];
+    snprintf(text, sizeof text, format, values...);
+    return text;
+}
+
+/* Where two long texts first differ, with the lines around it; empty when they are equal. */
+std::string difference(const std::string &written, const std::string &expected) {
+    if (written == expected) return "";
+    size_t at = 0;
+    while (at < written.size() && at < expected.size() && written[at] == expected[at]) at++;
+    const size_t from = at < 40 ? 0 : at - 40;
+    return "at byte " + std::to_string(at) + ": written \"" + written.substr(from, 80) + "\", expected \"" +
+           expected.substr(from, 80) + "\"";
+}
+
+template <typename T>
+std::string bytes_of(const std::vector<T> &values) {
+    return std::string((const char *)values.data(), values.size() * sizeof(T));
+}
+
+class Output : public OrmakTest {
+protected:
+    void SetUp() override {
+        OrmakTest::SetUp();
+        ormak_cursor_use_default();
+        ormak_cursor_clear(nullptr);
+        ormak_variable_unregister_all();
+    }
+    void TearDown() override {
+        ormak_cursor_clear(nullptr);
+        ormak_variable_unregister_all();
+        OrmakTest::TearDown();
+    }
+
+    /* The text file that `count` elements make, with the options of `into`. */
+    static std::string as_text(const void *data, int data_type, int count, int size, Into into = Into()) {
+        into.output_type = 4;
+        EXPECT_EQ(send(data, data_type, count, size, into), 0) << message();
+        return read_text(into.file);
+    }
+    static std::string as_binary(const void *data, int data_type, int count, int size) {
+        Into into;
+        into.output_type = 8;
+        into.file = "out.bin";
+        EXPECT_EQ(send(data, data_type, count, size, into), 0) << message();
+        return read_text(into.file);
+    }
+
+    /* Reads what the writer left in `file` back through the input road. */
+    static void read_back(ormak::InputBuffer &buffer, int input_type, const std::string &file, int data_type,
+                          int count, int size, const Into &into = Into()) {
+        ormak::InputClause clause;
+        clause.input_type = input_type;
+        clause.file_name = (char *)file.c_str();
+        clause.file_eof = into.eof;
+        clause.file_separator = (char *)into.separator;
+        clause.file_subseparator = (char *)into.subseparator;
+        const hsize_t dimensions[] = {(hsize_t)count};
+        ASSERT_EQ(buffer.fill(clause, data_type, count, size, -1, dimensions, 1, nullptr, 1), 0) << message();
+    }
+};
+
+} // namespace
+
+TEST_F(Output, ClausesDecodeIntoTheirParameters) {
+    ormak::OutputClause none;
+    ASSERT_EQ(none.decode(nullptr), 0);
+    EXPECT_EQ(none.output_type, -1);
+    EXPECT_EQ(none.kind(), 2);
+
+    Decoded d = decode("INTO CURSOR");
+    ASSERT_EQ(d.status, 0);
+    EXPECT_EQ(d.clause.output_type, 2);
+    EXPECT_FALSE(d.has_file_name);
+
+    d = decode("INTO TEXT FILE out.txt DOS SEPARATOR \";\" SEPARATOR \"|\" SPLIT 3");
+    ASSERT_EQ(d.status, 0);
+    EXPECT_EQ(d.clause.output_type, 4);
+    EXPECT_EQ(d.clause.file_truncate, -1);
+    EXPECT_EQ(d.file_name, "out.txt");
+    EXPECT_EQ(d.clause.file_eof, 1);
+    EXPECT_EQ(d.separator, ";");
+    EXPECT_EQ(d.subseparator, "|");
+    EXPECT_EQ(d.clause.file_split_defined, 0);
+    EXPECT_EQ(d.clause.file_split, 3);
+    EXPECT_EQ(d.clause.variable_number, -1);
+
+    d = decode("INTO TRUNCATE TEXT FILE \"my file.txt\" UNIX");
+    ASSERT_EQ(d.status, 0);
+    EXPECT_EQ(d.clause.file_truncate, 0);
+    EXPECT_EQ(d.file_name, "my file.txt");
+    EXPECT_EQ(d.clause.file_eof, 2);
+    EXPECT_FALSE(d.has_separator);
+    EXPECT_FALSE(d.has_subseparator);
+    EXPECT_EQ(d.clause.file_split_defined, -1);
+    EXPECT_EQ(d.clause.file_split, -1);
+    // SPLIT 0 is allowed and means no split.
+    EXPECT_EQ(decode("INTO TEXT FILE out.txt SPLIT 0").status, 0);
+
+    d = decode("INTO TRUNCATE BINARY FILE out.bin");
+    ASSERT_EQ(d.status, 0);
+    EXPECT_EQ(d.clause.output_type, 8);
+    EXPECT_EQ(d.clause.file_truncate, 0);
+    EXPECT_EQ(d.file_name, "out.bin");
+    EXPECT_EQ(d.clause.file_eof, -1);
+    EXPECT_EQ(decode("INTO BINARY FILE out.bin").clause.file_truncate, -1);
+
+    int block[8];
+    ASSERT_EQ(_ormak_variable_register(3, (uintptr_t)block, -1), 0);
+    d = decode("INTO MEMORY 3 SIZE 0x18");
+    ASSERT_EQ(d.status, 0);
+    EXPECT_EQ(d.clause.output_type, 16);
+    EXPECT_EQ(d.clause.variable_number, 3);
+    EXPECT_EQ(d.clause.variable_size, 24);
+    EXPECT_FALSE(d.has_file_name);
+    EXPECT_EQ(d.clause.file_truncate, -1);
+    d = decode("INTO MEMORY 3 SIZE 10");
+    EXPECT_EQ(d.clause.variable_size, 10);
+    d = decode("INTO MEMORY 3");
+    EXPECT_EQ(d.clause.variable_size, -1);
+}
+
+TEST_F(Output, BadClausesAreRefusedWithTheirMessages) {
+    Decoded d = decode("INTO TEXT FILE out.txt SPLIT -1");
+    EXPECT_EQ(d.status, ORMAK_ERROR_INVALID_VALUE);
+    EXPECT_EQ(message(), "Error when redirecting results into file \"out.txt\" as split is not equal to or greater than 0");
+
+    d = decode("INTO MEMORY 8");
+    EXPECT_EQ(d.status, ORMAK_ERROR_INVALID_VALUE);
+    EXPECT_EQ(message(), "Error when redirecting results into memory number \"8\" as it is not between 0 and 7");
+    // The range is tested first, then the registration, then the size.
+    d = decode("INTO MEMORY -1 SIZE -4");
+    EXPECT_EQ(d.status, ORMAK_ERROR_INVALID_VALUE);
+    EXPECT_EQ(message(), "Error when redirecting results into memory number \"-1\" as it is not between 0 and 7");
+    d = decode("INTO MEMORY 2 SIZE -4");
+    EXPECT_EQ(d.status, ORMAK_ERROR_NOT_REGISTERED);
+    EXPECT_EQ(message(), "Error when redirecting results into memory number \"2\" as it is not registered");
+
+    int block[2];
+    ASSERT_EQ(ormak_variable_register(block), 0);
+    d = decode("INTO MEMORY 0 SIZE -4");
+    EXPECT_EQ(d.status, ORMAK_ERROR_INVALID_VALUE);
+    EXPECT_EQ(message(), "Error when redirecting results into memory number \"0\" as size is not equal to or greater "
+                         "than 0");
+    EXPECT_EQ(decode("INTO MEMORY 0 SIZE 0").status, 0);
+}
+
+TEST_F(Output, TextLinesFollowSplitAndLineEnd) {
+    const double values[] = {1.5, 2.5, 3.5};
+    EXPECT_EQ(as_text(values, ORMAK_DOUBLE, 3, 8), "1.500000,2.500000,3.500000\n");
+    Into into;
+    into.split = 1;
+    EXPECT_EQ(as_text(values, ORMAK_DOUBLE, 3, 8, into), "1.500000\n2.500000\n3.500000\n");
+    into.split = 2;
+    EXPECT_EQ(as_text(values, ORMAK_DOUBLE, 3, 8, into), "1.500000,2.500000\n3.500000\n");
+    into.split = 3;
+    EXPECT_EQ(as_text(values, ORMAK_DOUBLE, 3, 8, into), "1.500000,2.500000,3.500000\n");
+    into.split = 0;
+    EXPECT_EQ(as_text(values, ORMAK_DOUBLE, 3, 8, into), "1.500000,2.500000,3.500000\n");
+
+    // DOS line ends everywhere, the very end included; separators of several characters.
+    const int ints[] = {1, 2, 3, 4, 5};
+    into.eof = 1;
+    into.split = 2;
+    into.separator = " ; ";
+    EXPECT_EQ(as_text(ints, ORMAK_INT, 5, 4, into), "1 ; 2\r\n3 ; 4\r\n5\r\n");
+    // UNIX or any other value than DOS is byte 10.
+    into.eof = 2;
+    EXPECT_EQ(as_text(ints, ORMAK_INT, 4, 4, into), "1 ; 2\n3 ; 4\n");
+    // An empty separator puts the elements side by side.
+    into.separator = "";
+    into.split = -1;
+    EXPECT_EQ(as_text(ints, ORMAK_INT, 3, 4, into), "123\n");
+    // A separator keeps at most 1023 characters.
+    const std::string long_separator(1500, '-');
+    into.separator = long_separator.c_str();
+    EXPECT_EQ(as_text(ints, ORMAK_INT, 2, 4, into), "1" + std::string(1023, '-') + "2\n");
+}
+
+TEST_F(Output, TextFormsOfEveryDataType) {
+    const int8_t tiny[] = {-128, -5, 127};
+    EXPECT_EQ(as_text(tiny, ORMAK_TINYINT, 3, 1), "-128,-5,127\n");
+    const uint8_t utiny[] = {0, 200, 255};
+    EXPECT_EQ(as_text(utiny, ORMAK_UNSIGNED_TINYINT, 3, 1), "0,200,255\n");
+    const int16_t small[] = {-32768, 32767};
+    EXPECT_EQ(as_text(small, ORMAK_SMALLINT, 2, 2), "-32768,32767\n");
+    const uint16_t usmall[] = {65535, 1};
+    EXPECT_EQ(as_text(usmall, ORMAK_UNSIGNED_SMALLINT, 2, 2), "65535,1\n");
+    const int32_t ints[] = {INT32_MIN, 0, INT32_MAX};
+    EXPECT_EQ(as_text(ints, ORMAK_INT, 3, 4), "-2147483648,0,2147483647\n");
+    const uint32_t uints[] = {UINT32_MAX};
+    EXPECT_EQ(as_text(uints, ORMAK_UNSIGNED_INT, 1, 4), "4294967295\n");
+    const int64_t bigs[] = {INT64_MIN, INT64_MAX};
+    EXPECT_EQ(as_text(bigs, ORMAK_BIGINT, 2, 8), "-9223372036854775808,9223372036854775807\n");
+    const uint64_t ubigs[] = {UINT64_MAX};
+    EXPECT_EQ(as_text(ubigs, ORMAK_UNSIGNED_BIGINT, 1, 8), "18446744073709551615\n");
+    // A float is printed as the double it widens to.
+    const float floats[] = {0.1f, -3.25f};
+    EXPECT_EQ(as_text(floats, ORMAK_FLOAT, 2, 4), printed("%f,%f\n", (double)0.1f, -3.25));
+
+    // CHAR: all bytes of the element, its zeros included.
+    const char chars[] = {'a', 'b', 0, 0, 'w', 'x', 'y', 'z'};
+    EXPECT_EQ(as_text(chars, ORMAK_CHAR, 2, 4), std::string("ab\0\0,wxyz\n", 10));
+    // VARCHAR: a null string is the terminator alone.
+    const char *strings[] = {"a", nullptr, "b", ""};
+    EXPECT_EQ(as_text(strings, ORMAK_VARCHAR, 3, 1), "a,,b\n");
+    EXPECT_EQ(as_text(strings, ORMAK_VARCHAR, 4, 1), "a,,b,\n");
+    // OPAQUE: the bytes as unsigned numbers, the subseparator between them.
+    const unsigned char opaque[] = {1, 2, 255, 0, 10, 20};
+    EXPECT_EQ(as_text(opaque, ORMAK_OPAQUE, 2, 3), "1 2 255,0 10 20\n");
+    Into into;
+    into.subseparator = "::";
+    into.separator = "|";
+    EXPECT_EQ(as_text(opaque, ORMAK_OPAQUE, 2, 3, into), "1::2::255|0::10::20\n");
+
+    // Variable-length values: members by their fixed type, an empty or absent one is the
+    // terminator alone.
+    const int32_t members[] = {1, 2, 3};
+    const ORMAK_VARIABLE_LENGTH vints[] = {record(members, 2), record(members, 0), record(members + 2, 1)};
+    EXPECT_EQ(as_text(vints, ORMAK_VARINT, 3, 4), "1 2,,3\n");
+    const double dmembers[] = {0.5, -1.0};
+    const ORMAK_VARIABLE_LENGTH vdoubles[] = {record(nullptr, 5), record(dmembers, 2)};
+    EXPECT_EQ(as_text(vdoubles, ORMAK_VARDOUBLE, 2, 8, into), ("|0.500000::-1.000000\n"));
+    const uint8_t ubytes[] = {255, 7};
+    const ORMAK_VARIABLE_LENGTH vutiny[] = {record(ubytes, 2)};
+    EXPECT_EQ(as_text(vutiny, ORMAK_UNSIGNED_VARTINYINT, 1, 1), "255 7\n");
+    const int8_t sbytes[] = {-1, 7};
+    const ORMAK_VARIABLE_LENGTH vtiny[] = {record(sbytes, 2)};
+    EXPECT_EQ(as_text(vtiny, ORMAK_VARTINYINT, 1, 1), "-1 7\n");
+    const float fmembers[] = {0.1f};
+    const ORMAK_VARIABLE_LENGTH vfloats[] = {record(fmembers, 1)};
+    EXPECT_EQ(as_text(vfloats, ORMAK_VARFLOAT, 1, 4), printed("%f\n", (double)0.1f));
+    const uint64_t umembers[] = {UINT64_MAX, 0};
+    const ORMAK_VARIABLE_LENGTH vubigs[] = {record(umembers, 2)};
+    EXPECT_EQ(as_text(vubigs, ORMAK_UNSIGNED_VARBIGINT, 1, 8), "18446744073709551615 0\n");
+}
+
+TEST_F(Output, NumbersMatchPrintfByteForByte) {
+    std::mt19937_64 random(20240607);
+    std::vector<double> doubles;
+    // Any bit pattern: every magnitude, subnormals, infinities and NaNs of both signs.
+    for (int i = 0; i < 40000; i++) {
+        uint64_t bits = random();
+        double value;
+        memcpy(&value, &bits, sizeof value);
+        doubles.push_back(value);
+    }
+    // Ordinary magnitudes, where all six decimals matter.
+    std::uniform_real_distribution<double> unit(-1.0, 1.0);
+    for (int i = 0; i < 40000; i++) doubles.push_back(unit(random) * pow(10.0, (double)(i % 24) - 10));
+    // Exact ties at the seventh decimal round to even, as printf does.
+    for (int j = 1; j < 256; j += 2) {
+        doubles.push_back(j / 128.0);
+        doubles.push_back(-(j / 128.0));
+        doubles.push_back(123456.0 + j / 128.0);
+    }
+    for (double value : std::initializer_list<double>{0.0, -0.0, -1e-9, 1e-9, 5e-7, -5e-7, 4.9999999e-7, 0.5, 1.0, 9.9999995, 999999.9999995,
+                         1e15 + 0.3, 9007199254740993.0, 1e22, 1e300, DBL_MAX, -DBL_MAX, DBL_MIN, DBL_TRUE_MIN,
+                         -DBL_TRUE_MIN, INFINITY, -INFINITY, NAN, -NAN})
+        doubles.push_back(value);
+
+    // Several split and separator settings over the same values.
+    Into into;
+    into.separator = ";";
+    into.split = 7;
+    std::string expected;
+    for (size_t i = 0; i < doubles.size(); i++) {
+        expected += printed("%f", doubles[i]);
+        expected += (i + 1) % 7 == 0 || i + 1 == doubles.size() ? "\n" : ";";
+    }
+    EXPECT_EQ(difference(as_text(doubles.data(), ORMAK_DOUBLE, (int)doubles.size(), 8, into), expected), "");
+
+    std::vector<float> floats;
+    for (int i = 0; i < 20000; i++) {
+        uint32_t bits = (uint32_t)random();
+        float value;
+        memcpy(&value, &bits, sizeof value);
+        floats.push_back(value);
+    }
+    expected.clear();
+    for (size_t i = 0; i < floats.size(); i++) expected += printed(i + 1 < floats.size() ? "%f," : "%f\n", floats[i]);
+    EXPECT_EQ(difference(as_text(floats.data(), ORMAK_FLOAT, (int)floats.size(), 4), expected), "");
+
+    std::vector<int64_t> bigs = {INT64_MIN, INT64_MAX, 0, -1};
+    std::vector<uint64_t> ubigs = {UINT64_MAX, 0};
+    std::vector<int32_t> ints = {INT32_MIN, INT32_MAX};
+    for (int i = 0; i < 20000; i++) {
+        const uint64_t bits = random() >> (i % 64);
+        bigs.push_back((int64_t)bits * (i % 2 ? -1 : 1));
+        ubigs.push_back(bits);
+        ints.push_back((int32_t)bits);
+    }
+    expected.clear();
+    for (size_t i = 0; i < bigs.size(); i++) expected += printed(i + 1 < bigs.size() ? "%lld," : "%lld\n", (long long)bigs[i]);
+    EXPECT_EQ(difference(as_text(bigs.data(), ORMAK_BIGINT, (int)bigs.size(), 8), expected), "");
+    expected.clear();
+    for (size_t i = 0; i < ubigs.size(); i++)
+        expected += printed(i + 1 < ubigs.size() ? "%llu," : "%llu\n", (unsigned long long)ubigs[i]);
+    EXPECT_EQ(difference(as_text(ubigs.data(), ORMAK_UNSIGNED_BIGINT, (int)ubigs.size(), 8), expected), "");
+    expected.clear();
+    for (size_t i = 0; i < ints.size(); i++) expected += printed(i + 1 < ints.size() ? "%d," : "%d\n", ints[i]);
+    EXPECT_EQ(difference(as_text(ints.data(), ORMAK_INT, (int)ints.size(), 4), expected), "");
+}
+
+TEST_F(Output, BinaryFilesHoldTheNativeLayout) {
+    const std::vector<int32_t> ints = {1, -2, 300000};
+    EXPECT_EQ(as_binary(ints.data(), ORMAK_INT, 3, 4), bytes_of(ints));
+    const char chars[] = {'a', 'b', 0, 0, 'w', 'x', 'y', 'z'};
+    EXPECT_EQ(as_binary(chars, ORMAK_CHAR, 2, 4), std::string(chars, 8));
+
+    // A count of 4 bytes and the members; an empty or absent value is a count of 0.
+    const int32_t members[] = {1, 2};
+    const ORMAK_VARIABLE_LENGTH vints[] = {record(members, 2), record(members, 0), record(nullptr, 3)};
+    EXPECT_EQ(as_binary(vints, ORMAK_VARINT, 3, 4), bytes_of(std::vector<int32_t>{2, 1, 2, 0, 0}));
+    const int16_t shorts[] = {-1, 5, 6};
+    const ORMAK_VARIABLE_LENGTH vshorts[] = {record(shorts, 3)};
+    EXPECT_EQ(as_binary(vshorts, ORMAK_VARSMALLINT, 1, 2), bytes_of(std::vector<int32_t>{3}) + bytes_of(
+                                                                std::vector<int16_t>{-1, 5, 6}));
+    // Strings with their zero; a null string is one zero byte.
+    const char *strings[] = {"ab", nullptr, "", "c"};
+    EXPECT_EQ(as_binary(strings, ORMAK_VARCHAR, 4, 1), std::string("ab\0\0\0c\0", 7));
+
+    // Runs larger than the writer's block go out whole, between small ones.
+    const std::string large(3 << 20, 'q');
+    const char *mixed[] = {"x", large.c_str(), "y"};
+    EXPECT_EQ(as_binary(mixed, ORMAK_VARCHAR, 3, 1), std::string("x\0", 2) + large + std::string("\0y\0", 3));
+    std::string big_chars = "12" + large + "34";
+    EXPECT_EQ(as_text(big_chars.data(), ORMAK_CHAR, 1, (int)big_chars.size()), big_chars + "\n");
+    std::vector<int32_t> many(1 << 20);
+    for (size_t i = 0; i < many.size(); i++) many[i] = (int32_t)(i * 7);
+    const ORMAK_VARIABLE_LENGTH vmany[] = {record(members, 1), record(many.data(), many.size())};
+    EXPECT_EQ(as_binary(vmany, ORMAK_VARINT, 2, 4),
+              bytes_of(std::vector<int32_t>{1, 1, (int32_t)many.size()}) + bytes_of(many));
+}
+
+TEST_F(Output, FilesAppendUnlessTruncated) {
+    const int ints[] = {1, 2};
+    Into into;
+    into.truncate = -1;
+    ASSERT_EQ(send(ints, ORMAK_INT, 2, 4, into), 0);
+    ASSERT_EQ(send(ints, ORMAK_INT, 1, 4, into), 0);
+    EXPECT_EQ(read_text("out.txt"), "1,2\n1\n");
+    into.truncate = 0;
+    ASSERT_EQ(send(ints + 1, ORMAK_INT, 1, 4, into), 0);
+    EXPECT_EQ(read_text("out.txt"), "2\n");
+    // No results: nothing is written, but the file is made, and emptied with TRUNCATE.
+    ASSERT_EQ(send(ints, ORMAK_INT, 0, 4, into), 0);
+    EXPECT_TRUE(exists("out.txt"));
+    EXPECT_EQ(read_text("out.txt"), "");
+    into.file = "fresh.txt";
+    into.truncate = -1;
+    ASSERT_EQ(send(nullptr, ORMAK_INT, 0, 4, into), 0);
+    EXPECT_TRUE(exists("fresh.txt"));
+
+    into.output_type = 8;
+    into.file = "out.bin";
+    ASSERT_EQ(send(ints, ORMAK_INT, 2, 4, into), 0);
+    ASSERT_EQ(send(ints, ORMAK_INT, 1, 4, into), 0);
+    EXPECT_EQ(read_text("out.bin"), bytes_of(std::vector<int>{1, 2, 1}));
+    into.truncate = 0;
+    ASSERT_EQ(send(ints + 1, ORMAK_INT, 1, 4, into), 0);
+    EXPECT_EQ(read_text("out.bin"), bytes_of(std::vector<int>{2}));
+}
+
+TEST_F(Output, FileFailuresAreReported) {
+    // The cursor in use stays as it was whatever a file does.
+    const int ints[] = {7, 8, 9};
+    Into cursor;
+    cursor.output_type = 2;
+    ASSERT_EQ(send(ints, ORMAK_INT, 3, 4, cursor), 0);
+
+    ASSERT_EQ(mkdir("folder", 0755), 0);
+    Into into;
+    into.file = "folder";
+    EXPECT_EQ(send(ints, ORMAK_INT, 3, 4, into), ORMAK_ERROR_UNKNOWN);
+    EXPECT_EQ(message(), "Error when opening file \"folder\"");
+    into.output_type = 8;
+    into.file = "no/such/out.bin";
+    EXPECT_EQ(send(ints, ORMAK_INT, 3, 4, into), ORMAK_ERROR_UNKNOWN);
+    EXPECT_EQ(message(), "Error when opening file \"no/such/out.bin\"");
+
+    // A full device: the failure shows at the write that meets it, the last block's too.
+    into.file = "/dev/full";
+    EXPECT_EQ(send(ints, ORMAK_INT, 3, 4, into), ORMAK_ERROR_NOT_ENOUGH_SPACE);
+    EXPECT_EQ(message(), "Error when writing results into file \"/dev/full\" as there is not enough space available");
+    const char *strings[] = {"a", "b"};
+    EXPECT_EQ(send(strings, ORMAK_VARCHAR, 2, 1, into), ORMAK_ERROR_NOT_ENOUGH_SPACE);
+    into.output_type = 4;
+    EXPECT_EQ(send(ints, ORMAK_INT, 3, 4, into), ORMAK_ERROR_NOT_ENOUGH_SPACE);
+    EXPECT_EQ(message(), "Error when writing results into file \"/dev/full\" as there is not enough space available");
+    std::vector<double> many(500000, 1.25);
+    EXPECT_EQ(send(many.data(), ORMAK_DOUBLE, (int)many.size(), 8, into), ORMAK_ERROR_NOT_ENOUGH_SPACE);
+
+    EXPECT_EQ(ormak_cursor_get_count(nullptr), 3);
+    EXPECT_EQ(ormak_cursor_get_data_type(nullptr), ORMAK_INT);
+}
+
+TEST_F(Output, UnreadableFilesAreNotAccessible) {
+    if (geteuid() == 0) GTEST_SKIP() << "permissions do not bind the superuser";
+    write_text("locked.txt", "x");
+    ASSERT_EQ(chmod("locked.txt", 0444), 0);
+    const int ints[] = {1};
+    Into into;
+    into.file = "locked.txt";
+    EXPECT_EQ(send(ints, ORMAK_INT, 1, 4, into), ORMAK_ERROR_NO_ACCESS);
+    EXPECT_EQ(message(), "Error when opening file \"locked.txt\" as it is not accessible");
+}
+
+TEST_F(Output, FilesReadBackThroughTheInputRoad) {
+    ormak::InputBuffer buffer;
+    auto both = [&](const void *data, int data_type, int count, int size, const Into &into, auto check) {
+        Into text = into;
+        as_text(data, data_type, count, size, text);
+        read_back(buffer, 4, "out.txt", data_type, count, size, text);
+        check("text");
+        as_binary(data, data_type, count, size);
+        read_back(buffer, 8, "out.bin", data_type, count, size);
+        check("binary");
+    };
+    auto fixed = [&](const void *data, int data_type, int count, int size, const Into &into = Into()) {
+        both(data, data_type, count, size, into, [&](const char *road) {
+            EXPECT_EQ(memcmp(buffer.data(), data, (size_t)count * size), 0) << road << " " << data_type;
+        });
+    };
+    Into dos;
+    dos.eof = 1;
+    dos.split = 2;
+    dos.separator = "; ";
+    dos.subseparator = "|";
+
+    const int8_t tiny[] = {-128, -1, 0, 127};
+    fixed(tiny, ORMAK_TINYINT, 4, 1);
+    const uint8_t utiny[] = {0, 128, 255};
+    fixed(utiny, ORMAK_UNSIGNED_TINYINT, 3, 1, dos);
+    const int16_t small[] = {-32768, -2, 32767};
+    fixed(small, ORMAK_SMALLINT, 3, 2);
+    const uint16_t usmall[] = {65535, 1};
+    fixed(usmall, ORMAK_UNSIGNED_SMALLINT, 2, 2, dos);
+    const int32_t ints[] = {INT32_MIN, -7, INT32_MAX};
+    fixed(ints, ORMAK_INT, 3, 4, dos);
+    const uint32_t uints[] = {UINT32_MAX, 3};
+    fixed(uints, ORMAK_UNSIGNED_INT, 2, 4);
+    const int64_t bigs[] = {INT64_MIN, INT64_MAX, -3};
+    fixed(bigs, ORMAK_BIGINT, 3, 8);
+    const uint64_t ubigs[] = {UINT64_MAX, 9};
+    fixed(ubigs, ORMAK_UNSIGNED_BIGINT, 2, 8, dos);
+    // Six decimals carry these exactly.
+    const float floats[] = {1.5f, -2.25f, 1024.125f};
+    fixed(floats, ORMAK_FLOAT, 3, 4);
+    const double doubles[] = {0.5, -123456.015625, 1e15};
+    fixed(doubles, ORMAK_DOUBLE, 3, 8, dos);
+    const char chars[] = {'a', 'b', 0, 'x', 'y', 'z'};
+    fixed(chars, ORMAK_CHAR, 2, 3, dos);
+    const unsigned char opaque[] = {0, 1, 255, 9, 8, 7};
+    fixed(opaque, ORMAK_OPAQUE, 2, 3, dos);
+    fixed(opaque, ORMAK_OPAQUE, 3, 2);
+
+    // A null string comes back empty.
+    const char *strings[] = {"alpha", nullptr, "b c", ""};
+    for (const Into &into : {Into(), dos}) {
+        both(strings, ORMAK_VARCHAR, 4, 1, into, [&](const char *road) {
+            const char *const *back = (const char *const *)buffer.data();
+            EXPECT_STREQ(back[0], "alpha") << road;
+            EXPECT_STREQ(back[1], "") << road;
+            EXPECT_STREQ(back[2], "b c") << road;
+            EXPECT_STREQ(back[3], "") << road;
+        });
+    }
+
+    // Every variable-length type, with an empty and an absent value among them.
+    auto variable = [&](int data_type, int size, auto members) {
+        const ORMAK_VARIABLE_LENGTH records[] = {record(members.data(), members.size()), record(members.data(), 0),
+                                                 record(nullptr, 0), record(members.data() + 1, 1)};
+        for (const Into &into : {Into(), dos}) {
+            both(records, data_type, 4, size, into, [&](const char *road) {
+                const ORMAK_VARIABLE_LENGTH *back = (const ORMAK_VARIABLE_LENGTH *)buffer.data();
+                ASSERT_EQ(back[0].count, members.size()) << road << " " << data_type;
+                EXPECT_EQ(memcmp(back[0].address, members.data(), members.size() * size), 0) << road;
+                EXPECT_EQ(back[1].count, 0u) << road;
+                EXPECT_EQ(back[2].count, 0u) << road;
+                ASSERT_EQ(back[3].count, 1u) << road;
+                EXPECT_EQ(memcmp(back[3].address, members.data() + 1, size), 0) << road << " " << data_type;
+            });
+        }
+    };
+    variable(ORMAK_VARTINYINT, 1, std::vector<int8_t>{-128, 5, 127});
+    variable(ORMAK_UNSIGNED_VARTINYINT, 1, std::vector<uint8_t>{255, 0});
+    variable(ORMAK_VARSMALLINT, 2, std::vector<int16_t>{-300, 300});
+    variable(ORMAK_UNSIGNED_VARSMALLINT, 2, std::vector<uint16_t>{65535, 4});
+    variable(ORMAK_VARINT, 4, std::vector<int32_t>{1, 2, INT32_MIN});
+    variable(ORMAK_UNSIGNED_VARINT, 4, std::vector<uint32_t>{UINT32_MAX, 0});
+    variable(ORMAK_VARBIGINT, 8, std::vector<int64_t>{INT64_MIN, 1});
+    variable(ORMAK_UNSIGNED_VARBIGINT, 8, std::vector<uint64_t>{UINT64_MAX, 2});
+    variable(ORMAK_VARFLOAT, 4, std::vector<float>{0.25f, -8.5f});
+    variable(ORMAK_VARDOUBLE, 8, std::vector<double>{-0.75, 1e10, 3.0});
+}
+
+TEST_F(Output, TheCursorTakesTheShapesOfCursors) {
+    // The cursor in use is cleared first and stands before its first element.
+    const double old[] = {9.0};
+    Into cursor;
+    cursor.output_type = 2;
+    ASSERT_EQ(send(old, ORMAK_DOUBLE, 1, 8, cursor), 0);
+    const int ints[] = {4, 5, 6};
+    ASSERT_EQ(send(ints, ORMAK_INT, 3, 4, cursor), 0);
+    EXPECT_EQ(ormak_cursor_get_data_type(nullptr), ORMAK_INT);
+    EXPECT_EQ(ormak_cursor_get_count(nullptr), 3);
+    EXPECT_EQ(ormak_cursor_get_position(nullptr), -1);
+    ormak_cursor_last(nullptr);
+    EXPECT_EQ(*ormak_cursor_get_int(nullptr), 6);
+    EXPECT_EQ(ormak_cursor_get_size(nullptr), 4);
+
+    // CHAR and OPAQUE: the first byte, and all bytes in the subcursor.
+    const char chars[] = {'a', 'b', 0, 0, 'c', 'd', 'e', 'f'};
+    for (int data_type : {ORMAK_CHAR, ORMAK_OPAQUE}) {
+        ASSERT_EQ(send(chars, data_type, 2, 4, cursor), 0);
+        EXPECT_EQ(ormak_cursor_get_count(nullptr), 2);
+        ormak_cursor_next(nullptr);
+        EXPECT_EQ(ormak_cursor_get_size(nullptr), 1);
+        EXPECT_EQ(*ormak_cursor_get_char(nullptr), 'a');
+        EXPECT_EQ(ormak_subcursor_get_count(nullptr), 4);
+        ormak_subcursor_absolute(nullptr, 2);
+        EXPECT_EQ(*ormak_subcursor_get_char(nullptr), 0);
+        ormak_cursor_next(nullptr);
+        ormak_subcursor_last(nullptr);
+        EXPECT_EQ(*ormak_subcursor_get_char(nullptr), 'f');
+    }
+
+    // VARCHAR: terminated strings; a null string is null with size 0.
+    const char *strings[] = {"a", nullptr, "xyz"};
+    ASSERT_EQ(send(strings, ORMAK_VARCHAR, 3, 1, cursor), 0);
+    ormak_cursor_next(nullptr);
+    EXPECT_STREQ(ormak_cursor_get_char(nullptr), "a");
+    ormak_cursor_next(nullptr);
+    EXPECT_EQ(ormak_cursor_get_char(nullptr), nullptr);
+    EXPECT_EQ(ormak_cursor_get_size(nullptr), 0);
+    ormak_cursor_next(nullptr);
+    EXPECT_STREQ(ormak_cursor_get_char(nullptr), "xyz");
+    EXPECT_EQ(ormak_cursor_get_size(nullptr), 3);
+
+    // Variable-length values: the first member, and all members in the subcursor; a value
+    // without members is null.
+    const int16_t members[] = {10, 20};
+    const ORMAK_VARIABLE_LENGTH records[] = {record(members, 2), record(members, 0), record(nullptr, 2)};
+    ASSERT_EQ(send(records, ORMAK_VARSMALLINT, 3, 2, cursor), 0);
+    EXPECT_EQ(ormak_cursor_get_data_type(nullptr), ORMAK_VARSMALLINT);
+    ormak_cursor_next(nullptr);
+    EXPECT_EQ(*ormak_cursor_get_smallint(nullptr), 10);
+    EXPECT_EQ(ormak_cursor_get_size(nullptr), 2);
+    EXPECT_EQ(ormak_subcursor_get_count(nullptr), 2);
+    ormak_subcursor_last(nullptr);
+    EXPECT_EQ(*ormak_subcursor_get_smallint(nullptr), 20);
+    for (int i = 0; i < 2; i++) {
+        ormak_cursor_next(nullptr);
+        EXPECT_EQ(ormak_cursor_get(nullptr), nullptr);
+        EXPECT_EQ(ormak_cursor_get_size(nullptr), 0);
+        EXPECT_EQ(ormak_subcursor_get_count(nullptr), 0);
+    }
+
+    // No results: an empty cursor of the type.
+    ASSERT_EQ(send(nullptr, ORMAK_FLOAT, 0, 4, cursor), 0);
+    EXPECT_EQ(ormak_cursor_get_count(nullptr), 0);
+    EXPECT_EQ(ormak_cursor_get_data_type(nullptr), ORMAK_FLOAT);
+    // The results belong to the executor still: the cursor holds copies.
+    int changing[] = {1};
+    ASSERT_EQ(send(changing, ORMAK_INT, 1, 4, cursor), 0);
+    changing[0] = 2;
+    ormak_cursor_first(nullptr);
+    EXPECT_EQ(*ormak_cursor_get_int(nullptr), 1);
+}
+
+TEST_F(Output, MemoryTakesWhatFitsAndTellsIt) {
+    int block[8] = {};
+    ASSERT_EQ(ormak_variable_register(block), 0);
+    ormak::OutputClause clause;
+    clause.output_type = 16;
+    clause.variable_number = 0;
+
+    // Results that fit land in the block: no buffer, no copy.
+    ormak::ResultBuffer results;
+    ASSERT_EQ(results.prepare(clause, ORMAK_INT, 6, 4, 1), 0);
+    EXPECT_EQ(results.data(), (void *)block);
+    EXPECT_EQ(results.allocated(), -1);
+    for (int i = 0; i < 6; i++) ((int *)results.data())[i] = 10 + i;
+    ASSERT_EQ(clause.write(results, 1), 0);
+    EXPECT_EQ(block[5], 15);
+    EXPECT_EQ(ormak_variable_get_data_type(block), ORMAK_INT);
+    EXPECT_EQ(ormak_variable_get_count(block), 6);
+    EXPECT_EQ(ormak_variable_get_size(block), 24);
+    EXPECT_EQ(ormak_variable_get_dimension_count(block), 1);
+    EXPECT_EQ(ormak_variable_get_dimension(block, 0), 6);
+    clause.variable_size = 24;
+    EXPECT_TRUE(clause.lands_in_variable(ORMAK_INT, 6, 4, 1));
+    EXPECT_FALSE(clause.lands_in_variable(ORMAK_INT, 6, 4, 4));
+
+    // A size below the results: a buffer of ours, and the first bytes arrive, with no message.
+    memset(block, 0x11, sizeof block);
+    error_message[0] = '\0';
+    clause.variable_size = 10;
+    ASSERT_EQ(results.prepare(clause, ORMAK_INT, 6, 4, 1), 0);
+    ASSERT_NE(results.data(), (void *)block);
+    EXPECT_EQ(results.allocated(), 0);
+    for (int i = 0; i < 6; i++) ((int *)results.data())[i] = -1 - i;
+    ASSERT_EQ(clause.write(results, 1), 0);
+    EXPECT_EQ(block[0], -1);
+    EXPECT_EQ(block[1], -2);
+    EXPECT_EQ((uint32_t)block[2], 0x1111FFFDu);
+    EXPECT_EQ((uint32_t)block[3], 0x11111111u);
+    EXPECT_EQ(message(), "");
+    // The record tells the capacity: 10 bytes hold two ints.
+    EXPECT_EQ(ormak_variable_get_count(block), 2);
+    EXPECT_EQ(ormak_variable_get_size(block), 10);
+    EXPECT_EQ(ormak_variable_get_dimension(block, 0), 2);
+
+    // Size 0: nothing arrives and the record says so.
+    Into into;
+    into.output_type = 16;
+    into.number = 0;
+    into.size = 0;
+    const int ints[] = {77, 78};
+    ASSERT_EQ(send(ints, ORMAK_INT, 2, 4, into), 0);
+    EXPECT_EQ(block[0], -1);
+    EXPECT_EQ(ormak_variable_get_count(block), 0);
+    EXPECT_EQ(ormak_variable_get_size(block), 0);
+    // A result built elsewhere that the size holds with room to spare: only the results are
+    // copied, while the record tells the capacity.
+    into.size = 32;
+    ASSERT_EQ(send(ints, ORMAK_INT, 2, 4, into), 0);
+    EXPECT_EQ(block[1], 78);
+    EXPECT_EQ((uint32_t)block[2], 0x1111FFFDu);
+    EXPECT_EQ(ormak_variable_get_count(block), 8);
+    // Without a size a result built elsewhere is copied whole.
+    into.size = -1;
+    ASSERT_EQ(send(ints + 1, ORMAK_INT, 1, 4, into), 0);
+    EXPECT_EQ(block[0], 78);
+    EXPECT_EQ(ormak_variable_get_count(block), 1);
+}
+
+TEST_F(Output, MemoryTakesOverTheStringsItReceives) {
+    const char *texts[4] = {};
+    ASSERT_EQ(ormak_variable_register(texts), 0);
+    ormak::OutputClause clause;
+    clause.output_type = 16;
+    clause.variable_number = 0;
+    clause.variable_size = 2;
+    auto fill = [](ormak::ResultBuffer &results) {
+        char **strings = (char **)results.data();
+        strings[0] = strdup("one");
+        strings[1] = strdup("two");
+        strings[2] = strdup("three");
+        results.own_elements();
+    };
+    // Three strings for a size of two: the first two are the caller's now, the third goes
+    // with the buffer.
+    {
+        ormak::ResultBuffer results;
+        ASSERT_EQ(results.prepare(clause, ORMAK_VARCHAR, 3, 1, 1), 0);
+        ASSERT_NE(results.data(), (void *)texts);
+        fill(results);
+        ASSERT_EQ(clause.write(results, 1), 0);
+    }
+    EXPECT_STREQ(texts[0], "one");
+    EXPECT_STREQ(texts[1], "two");
+    EXPECT_EQ(texts[2], nullptr);
+    EXPECT_EQ(ormak_variable_get_count(texts), 2);
+    EXPECT_EQ(ormak_variable_get_size(texts), -1);
+    free((void *)texts[0]);
+    free((void *)texts[1]);
+
+    // Landing in the block, all are the caller's.
+    clause.variable_size = 3;
+    {
+        ormak::ResultBuffer results;
+        ASSERT_EQ(results.prepare(clause, ORMAK_VARCHAR, 3, 1, 1), 0);
+        ASSERT_EQ(results.data(), (void *)texts);
+        fill(results);
+        ASSERT_EQ(clause.write(results, 1), 0);
+    }
+    EXPECT_STREQ(texts[2], "three");
+    EXPECT_EQ(ormak_variable_get_count(texts), 3);
+    for (int i = 0; i < 3; i++) free((void *)texts[i]);
+
+    // Into a file, the members go with the buffer.
+    Decoded d = decode("INTO TEXT FILE out.txt");
+    d.clause.file_name = (char *)d.file_name.c_str();
+    ormak::ResultBuffer results;
+    ASSERT_EQ(results.prepare(d.clause, ORMAK_VARINT, 2, 4, 1), 0);
+    ORMAK_VARIABLE_LENGTH *records = (ORMAK_VARIABLE_LENGTH *)results.data();
+    records[0] = record(malloc(8), 2);
+    records[1] = record(malloc(4), 1);
+    memcpy(records[0].address, "\1\0\0\0\2\0\0\0", 8);
+    memcpy(records[1].address, "\3\0\0\0", 4);
+    results.own_elements();
+    ASSERT_EQ(d.clause.write(results, 1), 0);
+    EXPECT_EQ(read_text("out.txt"), "1 2,3\n");
+}
+
+TEST_F(Output, TransientVariablesAreMarkedUsed) {
+    double block[2] = {};
+    ASSERT_EQ(ormak_variable_transient_register(block), 0);
+    Into into;
+    into.output_type = 16;
+    into.number = 0;
+    const double values[] = {1.5, 2.5};
+    ASSERT_EQ(send(values, ORMAK_DOUBLE, 2, 8, into), 0);
+    EXPECT_EQ(block[1], 2.5);
+    EXPECT_EQ(variable_list[0].used, 0);
+    // Only the mark: the record is left as it was.
+    EXPECT_EQ(ormak_variable_get_data_type(block), -1);
+    EXPECT_EQ(ormak_variable_get_count(block), 0);
+    // The script that wrote it lets it go at its end.
+    ASSERT_EQ(run("SET FLUSH DISABLE"), 0);
+    EXPECT_EQ(ormak_variable_get_number(block), ORMAK_ERROR_NOT_REGISTERED);
+}
+
+TEST_F(Output, WideCellsTakeNarrowElements) {
+    Into into;
+    into.output_type = 16;
+    into.number = 0;
+    into.language = 64;
+
+    // In place: the bytes at the start of the block spread into 4-byte cells, unsigned.
+    uint32_t cells[6];
+    memset(cells, 0xAB, sizeof cells);
+    ASSERT_EQ(ormak_variable_register(cells), 0);
+    const int8_t tiny[] = {-1, 2, 3};
+    memcpy(cells, tiny, 3);
+    ASSERT_EQ(send(cells, ORMAK_TINYINT, 3, 1, into, -1), 0);
+    EXPECT_EQ(cells[0], 0xFFu);
+    EXPECT_EQ(cells[1], 2u);
+    EXPECT_EQ(cells[2], 3u);
+    EXPECT_EQ(cells[3], 0xABABABABu);
+    EXPECT_EQ(ormak_variable_get_count(cells), 3);
+    EXPECT_EQ(ormak_variable_get_size(cells), 3);
+
+    // A size that ends inside an element: its bytes in a cell of their own.
+    memset(cells, 0xAB, sizeof cells);
+    const int16_t small[] = {-2, 0x1234, 0x5678};
+    into.size = 5;
+    ASSERT_EQ(send(small, ORMAK_SMALLINT, 3, 2, into), 0);
+    EXPECT_EQ(cells[0], 0xFFFEu);
+    EXPECT_EQ(cells[1], 0x1234u);
+    EXPECT_EQ(cells[2], 0x78u);
+    EXPECT_EQ(cells[3], 0xABABABABu);
+    into.size = 2;
+    memset(cells, 0xAB, sizeof cells);
+    const int8_t more[] = {5, 6, 7};
+    ASSERT_EQ(send(more, ORMAK_UNSIGNED_TINYINT, 3, 1, into), 0);
+    EXPECT_EQ(cells[1], 6u);
+    EXPECT_EQ(cells[2], 0xABABABABu);
+
+    // Every byte of a CHAR element is a cell of its own.
+    into.size = -1;
+    memcpy(cells, "abcd", 4);
+    ASSERT_EQ(send(cells, ORMAK_CHAR, 2, 2, into, -1), 0);
+    EXPECT_EQ(cells[0], (uint32_t)'a');
+    EXPECT_EQ(cells[3], (uint32_t)'d');
+
+    // Floats become doubles, in place too.
+    double wide[4];
+    ASSERT_EQ(ormak_variable_register(wide), 1);
+    into.number = 1;
+    const float floats[] = {1.5f, -0.1f, 3.0f};
+    memcpy(wide, floats, sizeof floats);
+    ASSERT_EQ(send(wide, ORMAK_FLOAT, 3, 4, into, -1), 0);
+    EXPECT_EQ(wide[0], 1.5);
+    EXPECT_EQ(wide[1], (double)-0.1f);
+    EXPECT_EQ(wide[2], 3.0);
+    into.size = 6;
+    memset(wide, 0xAB, sizeof wide);
+    ASSERT_EQ(send(floats, ORMAK_FLOAT, 3, 4, into), 0);
+    EXPECT_EQ(wide[0], 1.5);
+    uint64_t partial;
+    memcpy(&partial, &wide[1], 8);
+    uint16_t low;
+    memcpy(&low, (const char *)&floats[1], 2);
+    EXPECT_EQ(partial, (uint64_t)low);
+
+    // Other types are copied as they are.
+    into.size = -1;
+    const int32_t ints[] = {-5, 6};
+    ASSERT_EQ(send(ints, ORMAK_INT, 2, 4, into), 0);
+    int32_t first;
+    memcpy(&first, wide, 4);
+    EXPECT_EQ(first, -5);
+}
+
+TEST_F(Output, JavaCopiesOutOfTheLibrarysBuffer) {
+    fake_java::Environment java;
+    int scratch = 0;
+    ASSERT_EQ(_ormak_variable_register(5, (uintptr_t)&scratch, -1), 0);
+    std::vector<int> received;
+    fake_java::fake.method = [&](int type, int number, int size) {
+        EXPECT_EQ(type, 1);
+        received.clear();
+        for (int position = 0; position < size; position += 4)
+            received.push_back(_ormak_variable_get_int(number, position));
+        return size;
+    };
+    ormak::OutputClause clause;
+    clause.output_type = 16;
+    clause.variable_number = 5;
+    ormak::ResultBuffer results;
+    // Never the Java variable itself: always a buffer of the library.
+    ASSERT_EQ(results.prepare(clause, ORMAK_INT, 3, 4, 4), 0);
+    ASSERT_NE(results.data(), (void *)&scratch);
+    for (int i = 0; i < 3; i++) ((int *)results.data())[i] = 40 + i;
+    ASSERT_EQ(clause.write(results, 4), 0);
+    EXPECT_EQ(fake_java::fake.size, 12);
+    EXPECT_EQ(received, (std::vector<int>{40, 41, 42}));
+    EXPECT_EQ(variable_list[5].address, (uintptr_t)results.data());
+    EXPECT_EQ(_ormak_variable_get_count(5), 3);
+    EXPECT_EQ(_ormak_variable_get_size(5), 12);
+
+    // A size asks for that much, but never beyond the buffer.
+    clause.variable_size = 8;
+    ASSERT_EQ(clause.write(results, 4), 0);
+    EXPECT_EQ(received, (std::vector<int>{40, 41}));
+    EXPECT_EQ(_ormak_variable_get_count(5), 2);
+    clause.variable_size = 400;
+    ASSERT_EQ(clause.write(results, 4), 0);
+    EXPECT_EQ(fake_java::fake.size, 12);
+    EXPECT_EQ(fake_java::fake.static_calls, 3);
+    // No results, or a size of 0: no call at all.
+    clause.variable_size = 0;
+    ASSERT_EQ(clause.write(results, 4), 0);
+    clause.variable_size = -1;
+    ASSERT_EQ(results.prepare(clause, ORMAK_INT, 0, 4, 4), 0);
+    ASSERT_EQ(clause.write(results, 4), 0);
+    EXPECT_EQ(fake_java::fake.static_calls, 3);
+    EXPECT_EQ(_ormak_variable_get_count(5), 0);
+
+    // Strings stay the buffer's: nothing was handed over.
+    ASSERT_EQ(results.prepare(clause, ORMAK_VARCHAR, 2, 1, 4), 0);
+    ((char **)results.data())[0] = strdup("kept");
+    ((char **)results.data())[1] = nullptr;
+    results.own_elements();
+    fake_java::fake.method = [](int, int number, int size) {
+        EXPECT_EQ(size, 2);
+        EXPECT_STREQ(_ormak_variable_get_string(number, 0), "kept");
+        return size;
+    };
+    ASSERT_EQ(clause.write(results, 4), 0);
+    EXPECT_EQ(fake_java::fake.static_calls, 4);
+}
+
+TEST_F(Output, TheTraceShowsEveryArgument) {
+    const int ints[] = {1};
+    Into into;
+    into.file = "folder/out.txt";
+    into.separator = ";";
+    testing::internal::CaptureStdout();
+    ASSERT_EQ(run("SET DEBUG ENABLE"), 0);
+    EXPECT_EQ(send(ints, ORMAK_INT, 1, 4, into), ORMAK_ERROR_UNKNOWN);
+    EXPECT_EQ(run("SET DEBUG DISABLE"), 0);
+    const std::string captured = testing::internal::GetCapturedStdout();
+    const size_t call = captured.find("FUNCTION CALL <_ormak_output_redirecting>\n");
+    ASSERT_NE(call, std::string::npos) << captured;
+    const std::string trace = captured.substr(call, captured.find("\n\n", call) - call);
+    for (const char *line : {"   data_type <16>\n", "   data_count <1>\n", "   output_type <4>\n",
+                             "   file_name <folder/out.txt>\n", "   file_separator <;>\n",
+                             "   file_subseparator <(null)>\n", "   file_split <-1>\n", "   programming_language <1>\n",
+                             "FUNCTION RETURN <-99>"})
+        EXPECT_NE(trace.find(line), std::string::npos) << line;
+}
