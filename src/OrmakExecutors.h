@@ -65,6 +65,11 @@ int ormak_insert(pANTLR3_BASE_TREE object_selection_list, int direct, int direct
                  int direct_size, int direct_size_value, int object_parallel, int object_type,
                  pANTLR3_BASE_TREE data_list, pANTLR3_BASE_TREE input_redirecting, int programming_language);
 
+int ormak_select(pANTLR3_BASE_TREE object_selection, int direct, int object_parallel, int object_type, int cache,
+                 int cache_slots, int cache_slots_value, int cache_size, int cache_size_value, int cache_preemption,
+                 double cache_preemption_value, pANTLR3_BASE_TREE post_processing_list,
+                 pANTLR3_BASE_TREE output_redirecting, int programming_language);
+
 /* Session settings. */
 int ormak_flush(int flush_type);
 int _ormak_flush(int flush_type);

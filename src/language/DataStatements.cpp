@@ -36,4 +36,21 @@ int read_insert(pANTLR3_BASE_TREE statement, int programming_language) {
                         programming_language);
 }
 
+int read_select(pANTLR3_BASE_TREE statement, int programming_language) {
+    int cache = tree::flag(statement, 4);
+    CacheValue slots, size, preemption;
+    /* The selectors are read only with CACHE; without it they are all -1. */
+    if (cache == 0) {
+        slots = read_set_cache_value(statement, 5);
+        size = read_set_cache_value(statement, 6);
+        preemption = read_set_cache_value(statement, 7);
+    } else {
+        slots.selector = size.selector = preemption.selector = -1;
+    }
+    return ormak_select(tree::list(statement, 3), tree::flag(statement, 0), tree::flag(statement, 1),
+                        read_object_kind(statement, 2), cache, slots.selector, slots.value, size.selector, size.value,
+                        preemption.selector, preemption.real, tree::list(statement, 8), tree::list(statement, 9),
+                        programming_language);
+}
+
 } // namespace ormak

@@ -27,6 +27,7 @@ const Row rows[] = {
     {DROP_DIRECTORY, read_drop_directory},
     {DROP_FILE, read_drop_file},
     {INSERT, read_insert},
+    {SELECT, read_select},
     {USE_DIRECTORY, read_use_directory},
     {USE_FILE, read_use_file},
     {USE_GROUP, read_use_group},

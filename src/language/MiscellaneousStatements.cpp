@@ -15,32 +15,8 @@ int read_number(pANTLR3_BASE_TREE node) {
     return atoi(text);
 }
 
-namespace {
-
-/* A cache value of USE FILE: 0 left out, 1 DEFAULT, 2 a number beside it. */
-struct UseCacheValue {
-    int selector = 0;
-    int value = -1;
-    double real = -1.0;
-};
-
-UseCacheValue read_use_cache_value(pANTLR3_BASE_TREE statement, int index) {
-    UseCacheValue result;
-    pANTLR3_BASE_TREE node = tree::list(statement, index);
-    if (node == nullptr) return result;
-    if (tree::type(node) == DEFAULT_KEYWORD) {
-        result.selector = 1;
-        return result;
-    }
-    result.selector = 2;
-    result.value = read_number(node);
-    result.real = atof(tree::text(node));
-    return result;
-}
-
-/* A cache value of SET CACHE: 0 left out, 1 FILE, 2 DEFAULT, 3 a number beside it. */
-UseCacheValue read_set_cache_value(pANTLR3_BASE_TREE statement, int index) {
-    UseCacheValue result;
+CacheValue read_set_cache_value(pANTLR3_BASE_TREE statement, int index) {
+    CacheValue result;
     pANTLR3_BASE_TREE node = tree::list(statement, index);
     if (node == nullptr) return result;
     switch (tree::type(node)) {
@@ -51,6 +27,23 @@ UseCacheValue read_set_cache_value(pANTLR3_BASE_TREE statement, int index) {
         result.value = read_number(node);
         result.real = atof(tree::text(node));
     }
+    return result;
+}
+
+namespace {
+
+/* A cache value of USE FILE: 0 left out, 1 DEFAULT, 2 a number beside it. */
+CacheValue read_use_cache_value(pANTLR3_BASE_TREE statement, int index) {
+    CacheValue result;
+    pANTLR3_BASE_TREE node = tree::list(statement, index);
+    if (node == nullptr) return result;
+    if (tree::type(node) == DEFAULT_KEYWORD) {
+        result.selector = 1;
+        return result;
+    }
+    result.selector = 2;
+    result.value = read_number(node);
+    result.real = atof(tree::text(node));
     return result;
 }
 
@@ -66,7 +59,7 @@ int read_use_file(pANTLR3_BASE_TREE statement, int) {
     int parallel_words = tree::count(tree::slot(statement, 1));
     LibraryBounds bounds = read_library_bounds(statement, 3);
     int cache = tree::flag(statement, 6);
-    UseCacheValue slots, size, preemption;
+    CacheValue slots, size, preemption;
     if (cache == 0) {
         slots = read_use_cache_value(statement, 7);
         size = read_use_cache_value(statement, 8);
@@ -101,9 +94,9 @@ int read_set_library_bounds(pANTLR3_BASE_TREE statement, int) {
 
 int read_set_cache(pANTLR3_BASE_TREE statement, int) {
     int object_type = tree::choice(statement, 0) == DATASET_KEYWORD ? ORMAK_DATASET : ORMAK_FILE;
-    UseCacheValue slots = read_set_cache_value(statement, 1);
-    UseCacheValue size = read_set_cache_value(statement, 2);
-    UseCacheValue preemption = read_set_cache_value(statement, 3);
+    CacheValue slots = read_set_cache_value(statement, 1);
+    CacheValue size = read_set_cache_value(statement, 2);
+    CacheValue preemption = read_set_cache_value(statement, 3);
     return ormak_set_cache(object_type, slots.selector, slots.value, size.selector, size.value, preemption.selector,
                            preemption.real);
 }

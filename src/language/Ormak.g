@@ -50,6 +50,7 @@ script
 statement
     : data_definition_statement
     | data_manipulation_statement
+    | data_query_statement
     | miscellaneous_statement
     ;
 
@@ -63,6 +64,10 @@ data_definition_statement
 
 data_manipulation_statement
     : insert_statement
+    ;
+
+data_query_statement
+    : select_statement
     ;
 
 miscellaneous_statement
@@ -237,6 +242,20 @@ insert_statement
       input_redirecting_statement?
       -> ^(INSERT ^(OPTION DIRECTLY_KEYWORD?) ^(OPTION $mask?) ^(OPTION $size?) ^(OPTION PARALLEL_KEYWORD?)
            ^(OPTION $kind?) ^(OPTION ^(LIST $objects+)) ^(OPTION $values?) ^(OPTION input_redirecting_statement?))
+    ;
+
+select_statement
+    : SELECT_KEYWORD DIRECTLY_KEYWORD? PARALLEL_KEYWORD? FROM_KEYWORD
+      (kind=(DATASET_KEYWORD | ATTRIBUTE_KEYWORD | AT_KEYWORD))? object_selection
+      (CACHE_KEYWORD
+       (SLOTS_KEYWORD slots=(FILE_KEYWORD | DEFAULT_KEYWORD | INTEGER_NUMBER_KEYWORD))?
+       (SIZE_KEYWORD size=(FILE_KEYWORD | DEFAULT_KEYWORD | INTEGER_NUMBER_KEYWORD | HEXADECIMAL_NUMBER_KEYWORD))?
+       (PREEMPTION_KEYWORD preemption=(FILE_KEYWORD | DEFAULT_KEYWORD | FLOAT_NUMBER_KEYWORD | INTEGER_NUMBER_KEYWORD))?)?
+      post_processing_statement?
+      output_redirecting_statement?
+      -> ^(SELECT ^(OPTION DIRECTLY_KEYWORD?) ^(OPTION PARALLEL_KEYWORD?) ^(OPTION $kind?) ^(OPTION object_selection)
+           ^(OPTION CACHE_KEYWORD?) ^(OPTION $slots?) ^(OPTION $size?) ^(OPTION $preemption?)
+           ^(OPTION post_processing_statement?) ^(OPTION output_redirecting_statement?))
     ;
 
 use_directory_statement

@@ -24,6 +24,15 @@ LibraryBounds read_library_bounds(pANTLR3_BASE_TREE statement, int first_slot);
 /* A written low bound: EARLIEST 1, LATEST 2, the 1.8 version 4. */
 int read_bound_low(pANTLR3_BASE_TREE slot);
 
+/* A cache value of SET CACHE and SELECT: selector 0 left out, 1 FILE, 2 DEFAULT, 3 a number
+   beside it, in `value` (and `real` for a preemption). */
+struct CacheValue {
+    int selector = 0;
+    int value = -1;
+    double real = -1.0;
+};
+CacheValue read_set_cache_value(pANTLR3_BASE_TREE statement, int index);
+
 /* A number slot's value: strtol with radix 0 for a hexadecimal token, atoi for any other. */
 int read_number(pANTLR3_BASE_TREE node);
 
@@ -41,6 +50,7 @@ int read_copy_file(pANTLR3_BASE_TREE statement, int programming_language);
 int read_drop_directory(pANTLR3_BASE_TREE statement, int programming_language);
 int read_drop_file(pANTLR3_BASE_TREE statement, int programming_language);
 int read_insert(pANTLR3_BASE_TREE statement, int programming_language);
+int read_select(pANTLR3_BASE_TREE statement, int programming_language);
 int read_use_directory(pANTLR3_BASE_TREE statement, int programming_language);
 int read_use_file(pANTLR3_BASE_TREE statement, int programming_language);
 int read_use_group(pANTLR3_BASE_TREE statement, int programming_language);

@@ -94,6 +94,25 @@ TEST(Parallel, EachRankInsertsItsOwnPart) {
     if (rank == 0) EXPECT_EQ(ormak_execute("DROP FILE parallel-insert.h5"), 0);
 }
 
+TEST(Parallel, EachRankSelectsItsOwnPart) {
+    const int rank = ormak_mpi_get_rank();
+    ASSERT_EQ(ormak_execute("CREATE TRUNCATE PARALLEL FILE parallel-select.h5; USE PARALLEL FILE parallel-select.h5; "
+                            "CREATE DATASET d AS INT(8) VALUES(1, 2, 3, 4, 5, 6, 7, 8)"),
+              0)
+        << ormak_error_get_message();
+    std::string select = "SELECT PARALLEL FROM d(" + std::to_string(rank * 4) + ":1:4:1) ORDER DESCEND";
+    ASSERT_EQ(ormak_execute(select.c_str()), 0) << ormak_error_get_message();
+    ASSERT_EQ(ormak_cursor_get_count(nullptr), 4);
+    ormak_cursor_first(nullptr);
+    EXPECT_EQ(*ormak_cursor_get_int(nullptr), rank * 4 + 4);
+    // Without a selection a collective read gives nothing on any rank.
+    ASSERT_EQ(ormak_execute("SELECT PARALLEL FROM d"), 0) << ormak_error_get_message();
+    EXPECT_EQ(ormak_cursor_get_count(nullptr), 0);
+    EXPECT_EQ(ormak_execute("CLOSE ALL FILE"), 0);
+    MPI_Barrier(MPI_COMM_WORLD);
+    if (rank == 0) EXPECT_EQ(ormak_execute("DROP FILE parallel-select.h5"), 0);
+}
+
 int main(int argc, char **argv) {
     ::testing::InitGoogleTest(&argc, argv);
     // Only rank 0 reports, so the two outputs do not interleave.
