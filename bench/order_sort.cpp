@@ -1,6 +1,6 @@
-// How fast the order clause sorts: 10 M random doubles through _ormak_post_processing with
-// ORDER ASCEND, with an OpenMP team of one and of two threads, against one std::sort of the
-// same values on one thread; the median of several runs of each, and their ratios.
+// How fast the order clause sorts: SELECT FROM d ORDER ASCEND INTO MEMORY of 10 M random
+// doubles, with an OpenMP team of one and of two threads, against one std::sort of the same
+// values on one thread; the median of several runs of each, and their ratios.
 //
 //   order_sort [runs] [values]
 //
@@ -8,16 +8,16 @@
 #include <omp.h>
 #include <stdio.h>
 #include <stdlib.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <chrono>
 #include <functional>
 #include <random>
+#include <string>
 #include <vector>
 
 #include "Ormak.h"
-#include "OrmakLexer.h"
-#include "OrmakParser.h"
 
 namespace {
 
@@ -49,17 +49,15 @@ int main(int argc, char **argv) {
     std::vector<double> expected = values;
     std::sort(expected.begin(), expected.end());
 
-    // The clause as the parser gives it to a statement.
-    const char text[] = "ORDER ASCEND";
-    pANTLR3_INPUT_STREAM input = antlr3StringStreamNew((pANTLR3_UINT8)text, ANTLR3_ENC_8BIT, sizeof text - 1,
-                                                       (pANTLR3_UINT8) "order_sort");
-    input->setUcaseLA(input, ANTLR3_TRUE);
-    pOrmakLexer lexer = OrmakLexerNew(input);
-    pANTLR3_COMMON_TOKEN_STREAM stream = antlr3CommonTokenStreamSourceNew(1025, TOKENSOURCE(lexer));
-    pOrmakParser parser = OrmakParserNew(stream);
-    pANTLR3_BASE_TREE clause = (pANTLR3_BASE_TREE)parser->post_processing_statement(parser).tree;
+    char directory[] = "/tmp/ormak-bench-XXXXXX";
+    if (!mkdtemp(directory) || chdir(directory) != 0) return 1;
+    std::string create = "CREATE TRUNCATE FILE sort.h5; USE FILE sort.h5; CREATE DATASET d AS DOUBLE(" +
+                         std::to_string(count) + ") FROM MEMORY 0";
+    if (ormak_variable_register(values.data()) != 0 || ormak_execute(create.c_str()) != 0) return 1;
+    ormak_variable_unregister(values.data());
 
     std::vector<double> work(count);
+    if (ormak_variable_register(work.data()) != 0) return 1;
     std::vector<double> baseline_times, one_times, two_times;
     for (int run = 0; run < runs; run++) {
         work = values;
@@ -67,12 +65,9 @@ int main(int argc, char **argv) {
         for (int threads : {1, 2}) {
             omp_set_num_threads(threads);
             work = values;
-            int result_count = count;
             int status = 0;
-            double time = seconds([&] {
-                status = _ormak_post_processing(clause, work.data(), ORMAK_DOUBLE, &result_count, sizeof(double));
-            });
-            if (status != 0 || result_count != count || work != expected) {
+            double time = seconds([&] { status = ormak_execute("SELECT FROM d ORDER ASCEND INTO MEMORY 0"); });
+            if (status != 0 || _ormak_get_last_data_count() != (uint64_t)count || work != expected) {
                 fprintf(stderr, "the order clause gave a wrong result with %d threads (status %d)\n", threads, status);
                 return 1;
             }
@@ -80,10 +75,10 @@ int main(int argc, char **argv) {
         }
     }
 
-    parser->free(parser);
-    stream->free(stream);
-    lexer->free(lexer);
-    input->close(input);
+    ormak_execute("CLOSE ALL FILE");
+    ormak_variable_unregister(work.data());
+    remove("sort.h5");
+    if (chdir("/") != 0 || rmdir(directory) != 0) return 1;
 
     double baseline = median(baseline_times), one = median(one_times), two = median(two_times);
     printf("%d random doubles, median of %d runs\n", count, runs);

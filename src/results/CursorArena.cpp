@@ -1,5 +1,4 @@
 #include <stdlib.h>
-#include <sys/mman.h>
 
 #include <memory>
 #include <new>
@@ -30,14 +29,14 @@ public:
         return fresh(size);
     }
 
-    /* Large blocks ask for huge pages: first touches of fresh memory are what filling a
-       large cursor waits on, and huge pages need far fewer of them. */
+    /* Large blocks are aligned to huge pages, which the system may then back them with.
+       They do not ask for them: where the system would compact memory to honour the
+       request, a first fill waited on that far longer than on the page faults it saves. */
     static char *fresh(size_t size) {
         const size_t huge_page = 2u << 20;
         if (size < huge_page) return (char *)malloc(size);
         void *memory = nullptr;
         if (posix_memalign(&memory, huge_page, size) != 0) return nullptr;
-        madvise(memory, size, MADV_HUGEPAGE);
         return (char *)memory;
     }
 

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <string>
+#include <vector>
 
 #include "ObjectAccess.h"
 #include "OutputRedirecting.h"
@@ -35,6 +36,38 @@ int refuse(int status, const char *word, const char *name, const char *cause) {
 }
 
 bool is_variable(int data_type) { return ormak::is_variable_numeric(data_type) || data_type == ORMAK_VARCHAR; }
+
+/* Bytes of one slice of a streamed result. */
+constexpr long long kSlice = 16ll << 20;
+
+/* Reads the whole dataset slice by slice along its first dimension, each slice appended to
+   the binary file (the first one truncating it when the clause says so). The bytes are
+   those of one read and one write of the whole. */
+int stream_binary(ormak::ObjectAccess &access, const ormak::OutputClause &output, int count, hid_t transfer,
+                  const char *word, int programming_language) {
+    const std::vector<hsize_t> &dimensions = access.dimensions;
+    const hsize_t rows = dimensions.empty() ? 1 : dimensions[0];
+    const long long row_elements = rows ? count / (long long)rows : 0;
+    const long long row_bytes = row_elements * access.size;
+    const hsize_t slice_rows = (hsize_t)std::max(1ll, kSlice / std::max(row_bytes, 1ll));
+    std::vector<char> slice((size_t)(std::min<hsize_t>(slice_rows, rows) * row_bytes));
+    std::vector<hsize_t> start(dimensions.size(), 0), extent(dimensions);
+    for (hsize_t row = 0; row < rows; row += slice_rows) {
+        const hsize_t taken = std::min(slice_rows, rows - row);
+        start[0] = row;
+        extent[0] = taken;
+        const hsize_t elements = taken * (hsize_t)row_elements;
+        ormak::Handle memory(H5Sclose, H5Screate_simple(1, &elements, nullptr));
+        if (H5Sselect_hyperslab(access.dataspace, H5S_SELECT_SET, start.data(), nullptr, extent.data(), nullptr) < 0 ||
+            H5Dread(access.dataset, access.memory_type, memory, access.dataspace, transfer, slice.data()) < 0)
+            return refuse(ORMAK_ERROR_UNKNOWN, word, access.name, "");
+        int status = _ormak_output_redirecting(slice.data(), access.data_type, (int)elements, access.size, 0, 8,
+                                               row == 0 ? output.file_truncate : -1, output.file_name, -1, nullptr,
+                                               nullptr, -1, -1, -1, -1, programming_language);
+        if (status != ORMAK_SUCCESS) return status;
+    }
+    return ORMAK_SUCCESS;
+}
 
 /* A chunk cache parameter by its selector: the current one, the file's, the default, or the
    given value. */
@@ -156,6 +189,16 @@ extern "C" int ormak_select(pANTLR3_BASE_TREE object_selection, int direct, int 
             count = (int)chunk;
         }
 
+        /* A whole dataset bound as it is for a binary file goes in slices through one
+           small buffer: a large result then costs no fresh memory. */
+        if (direct != 0 && access.type == ORMAK_DATASET && access.selection == -1 && post_processing_list == nullptr &&
+            output.kind() == 8 && !is_variable(access.data_type) && (long long)count * access.size > kSlice) {
+            step = stream_binary(access, output, count, transfer.valid() ? transfer.get() : H5P_DEFAULT, word,
+                                 programming_language);
+            if (step != ORMAK_SUCCESS) return step;
+            last_data_count = (uint64_t)count;
+            return ORMAK_SUCCESS;
+        }
         /* A memory variable given no room takes nothing: there is no read. */
         if (output.kind() == 16 && output.variable_size == 0) {
             result.adopt(nullptr, access.data_type, 0, access.size, -1);

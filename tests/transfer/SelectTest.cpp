@@ -125,6 +125,18 @@ TEST_F(Select, FilesReadBackThroughTheRoadIn) {
               0)
         << message();
     EXPECT_EQ(cursor(), "1,2 3");
+    // A large dataset goes to a binary file in slices: the same bytes as one read.
+    std::vector<int> large(1500 * 3000);
+    for (size_t i = 0; i < large.size(); i++) large[i] = (int)(i * 7);
+    ASSERT_EQ(ormak_variable_register(large.data()), 0);
+    ASSERT_EQ(run("CREATE DATASET large AS INT(1500, 3000) FROM MEMORY 0; SELECT FROM large INTO BINARY FILE large.bin; "
+                  "SELECT FROM large INTO TRUNCATE BINARY FILE large.bin"),
+              0)
+        << message();
+    std::string large_bytes = read_text("large.bin");
+    ASSERT_EQ(large_bytes.size(), large.size() * sizeof(int));
+    EXPECT_EQ(memcmp(large_bytes.data(), large.data(), large_bytes.size()), 0);
+    EXPECT_EQ(_ormak_get_last_data_count(), large.size());
     // A file that can not be made ends the statement and leaves the cursor as it was.
     ASSERT_EQ(run("SELECT FROM d(0:::1, :::)"), 0);
     EXPECT_EQ(refuse("SELECT FROM d INTO TEXT FILE no/such/dir.txt"), ORMAK_ERROR_UNKNOWN);
