@@ -14,7 +14,10 @@ build: deps
 
 run: build
 	@rm -rf $(BUILD)/quickstart && mkdir -p $(BUILD)/quickstart
+	@echo "The three warmest readings:"
 	@cd $(BUILD)/quickstart && ../cli/ormak ../../examples/quickstart.ormak
+	@echo "The table, as results/temperature.txt holds it:"
+	@cat $(BUILD)/quickstart/results/temperature.txt
 	@echo "The quick-start script ran without an error."
 
 

@@ -4,6 +4,7 @@
 #include <string.h>
 #include <unistd.h>
 
+#include <charconv>
 #include <fstream>
 #include <iostream>
 #include <sstream>
@@ -35,8 +36,9 @@ std::string number_text(int type, const void *data) {
     case ORMAK_BIGINT: case ORMAK_VARBIGINT: snprintf(text, sizeof text, "%lld", (long long)*(const int64_t *)data); break;
     case ORMAK_UNSIGNED_BIGINT: case ORMAK_UNSIGNED_VARBIGINT:
         snprintf(text, sizeof text, "%llu", (unsigned long long)*(const uint64_t *)data); break;
-    case ORMAK_FLOAT: case ORMAK_VARFLOAT: snprintf(text, sizeof text, "%g", *(const float *)data); break;
-    case ORMAK_DOUBLE: case ORMAK_VARDOUBLE: snprintf(text, sizeof text, "%.17g", *(const double *)data); break;
+    /* The shortest text that reads back as the same number. */
+    case ORMAK_FLOAT: case ORMAK_VARFLOAT: *std::to_chars(text, text + sizeof text - 1, *(const float *)data).ptr = 0; break;
+    case ORMAK_DOUBLE: case ORMAK_VARDOUBLE: *std::to_chars(text, text + sizeof text - 1, *(const double *)data).ptr = 0; break;
     default: snprintf(text, sizeof text, "?");
     }
     return text;
