@@ -46,6 +46,21 @@ bool is_variable(int data_type) {
     return ormak::is_variable_numeric(data_type) || data_type == ORMAK_VARCHAR;
 }
 
+/* HDF5's scale-offset filter overruns its buffer on what the n-bit filter packs, so no
+   value may be written through both. */
+bool passes_nbit_then_scaleoffset(hid_t dataset) {
+    ormak::Handle list(H5Pclose, H5Dget_create_plist(dataset));
+    bool nbit = false, scaleoffset = false;
+    for (int i = 0; list.valid() && i < H5Pget_nfilters(list); i++) {
+        unsigned flags, values[32];
+        size_t count = 32;
+        H5Z_filter_t filter = H5Pget_filter2(list, (unsigned)i, &flags, &count, values, 0, nullptr, nullptr);
+        nbit = nbit || filter == H5Z_FILTER_NBIT;
+        scaleoffset = scaleoffset || filter == H5Z_FILTER_SCALEOFFSET;
+    }
+    return nbit && scaleoffset;
+}
+
 /* Checks that need no target, made once before any is touched. */
 int check_statement(Insert &s, const char *first) {
     if (s.direct == 0) {
@@ -92,6 +107,9 @@ int insert_one(Insert &s, pANTLR3_BASE_TREE target, const char *name) {
     if ((status = access.open(s.direct == 0, property_dataset_access_list1)) != ORMAK_SUCCESS) return status;
     if (s.direct == 0 && is_variable(access.data_type))
         return refuse(ORMAK_ERROR_NOT_SUPPORTED, "object", name, " as direct write does not support variable-length data types");
+    if (access.type == ORMAK_DATASET && s.direct != 0 && passes_nbit_then_scaleoffset(access.dataset))
+        return refuse(ORMAK_ERROR_NOT_SUPPORTED, word, name,
+                      " as data can not pass the n-bit filter followed by the scale-offset filter");
     if (current_file->parallel == 0 && is_variable(access.data_type))
         return refuse(ORMAK_ERROR_NOT_SUPPORTED, word, name,
                       " as parallel HDF5 library does not support writing variable-length data types in parallel");

@@ -173,6 +173,12 @@ TEST_F(Insert, DirectWritesPutWholeChunksAsTheyStand) {
     EXPECT_EQ(refuse("INSERT DIRECTLY INTO ATTRIBUTE c VALUES(1)"), ORMAK_ERROR_NOT_SUPPORTED);
     EXPECT_EQ(refuse("INSERT DIRECTLY PARALLEL INTO c VALUES(1)"), ORMAK_ERROR_NOT_SUPPORTED);
     EXPECT_EQ(said, "Error when inserting data into object \"c\" as parallel HDF5 library does not support direct write");
+    // Values can not pass the n-bit filter followed by the scale-offset filter; raw chunks can.
+    ASSERT_EQ(run("CREATE CHUNKED(4) DATASET packed AS INT(8) NBIT PRECISION 12 OFFSET 2 SCALEOFFSET 2"), 0);
+    EXPECT_EQ(refuse("INSERT INTO packed VALUES(1, 2, 3)"), ORMAK_ERROR_NOT_SUPPORTED);
+    EXPECT_EQ(said, "Error when inserting data into object \"packed\" as data can not pass the n-bit filter followed "
+                    "by the scale-offset filter");
+    EXPECT_EQ(run("INSERT DIRECTLY INTO packed VALUES(1, 2, 3, 4)"), 0) << message();
 }
 
 TEST_F(Insert, InvalidSelectionsAndFailingTargets) {
