@@ -59,6 +59,14 @@ int ormak_create_attribute(pANTLR3_BASE_TREE attribute_list, int attribute_trunc
 /* The new dimensions keep their commas: a comma where a number could stand leaves that
    dimension as it is; "+n" and "-n" are taken against each dataset's current size. */
 int ormak_alter_dimension(pANTLR3_BASE_TREE dataset_list, pANTLR3_BASE_TREE dimension_list);
+/* Moves objects and attributes to new names in their file, pairs taken by position; an
+   object_type other than -1 refuses sources of another kind. A new name ending in "/" means
+   "into this group". */
+int ormak_rename_object(pANTLR3_BASE_TREE object_list, pANTLR3_BASE_TREE object_new_list, int object_type,
+                        int object_truncate);
+/* Duplicates objects and attributes, within a file or into the file that a target names. */
+int ormak_copy_object(pANTLR3_BASE_TREE object_list, pANTLR3_BASE_TREE object_new_list, int object_type,
+                      int object_truncate);
 
 /* Data. */
 int ormak_insert(pANTLR3_BASE_TREE object_selection_list, int direct, int direct_mask, int direct_mask_value,
@@ -69,6 +77,50 @@ int ormak_select(pANTLR3_BASE_TREE object_selection, int direct, int object_para
                  int cache_slots, int cache_slots_value, int cache_size, int cache_size_value, int cache_preemption,
                  double cache_preemption_value, pANTLR3_BASE_TREE post_processing_list,
                  pANTLR3_BASE_TREE output_redirecting, int programming_language);
+
+/* SHOW statements. Each ends in the post-processing clause and the INTO clause (null when
+   left out) and the caller's language; their values go to the cursor in use unless these
+   clauses send them elsewhere. */
+int ormak_show_use_directory(pANTLR3_BASE_TREE post_processing_list, pANTLR3_BASE_TREE output_redirecting,
+                             int programming_language);
+int ormak_show_use_file(pANTLR3_BASE_TREE post_processing_list, pANTLR3_BASE_TREE output_redirecting,
+                        int programming_language);
+int ormak_show_all_use_file(pANTLR3_BASE_TREE post_processing_list, pANTLR3_BASE_TREE output_redirecting,
+                            int programming_language);
+int ormak_show_use_group(pANTLR3_BASE_TREE post_processing_list, pANTLR3_BASE_TREE output_redirecting,
+                         int programming_language);
+int ormak_show_ormak_version(pANTLR3_BASE_TREE post_processing_list, pANTLR3_BASE_TREE output_redirecting,
+                             int programming_language);
+int ormak_show_hdf5_version(pANTLR3_BASE_TREE post_processing_list, pANTLR3_BASE_TREE output_redirecting,
+                            int programming_language);
+int ormak_show_pcre_version(pANTLR3_BASE_TREE post_processing_list, pANTLR3_BASE_TREE output_redirecting,
+                            int programming_language);
+int ormak_show_zlib_version(pANTLR3_BASE_TREE post_processing_list, pANTLR3_BASE_TREE output_redirecting,
+                            int programming_language);
+int ormak_show_mpi_version(pANTLR3_BASE_TREE post_processing_list, pANTLR3_BASE_TREE output_redirecting,
+                           int programming_language);
+int ormak_show_execute_status(pANTLR3_BASE_TREE post_processing_list, pANTLR3_BASE_TREE output_redirecting,
+                              int programming_language);
+int ormak_show_external_link_prefix(pANTLR3_BASE_TREE post_processing_list, pANTLR3_BASE_TREE output_redirecting,
+                                    int programming_language);
+int ormak_show_flush(pANTLR3_BASE_TREE post_processing_list, pANTLR3_BASE_TREE output_redirecting,
+                     int programming_language);
+int ormak_show_debug(pANTLR3_BASE_TREE post_processing_list, pANTLR3_BASE_TREE output_redirecting,
+                     int programming_language);
+/* 0 for each valid HDF5 file of the list, -1 for any other regular file. */
+int ormak_show_file_validity(pANTLR3_BASE_TREE file_list, pANTLR3_BASE_TREE post_processing_list,
+                             pANTLR3_BASE_TREE output_redirecting, int programming_language);
+/* object_type -1: the bounds for files to come, else those of the file in use;
+   parameter_type -1 both, 0 the low, 1 the high bound. */
+int ormak_show_library_bounds(int object_type, int parameter_type, pANTLR3_BASE_TREE post_processing_list,
+                              pANTLR3_BASE_TREE output_redirecting, int programming_language);
+/* object_type -1 the file in use, 2 files to come, 8 datasets to come; parameter_type -1
+   all three as doubles, 0 slots, 1 size (ints), 2 preemption (a double). */
+int ormak_show_cache(int object_type, int parameter_type, pANTLR3_BASE_TREE post_processing_list,
+                     pANTLR3_BASE_TREE output_redirecting, int programming_language);
+/* use_file 0: the file in use, opened for parallel operations; -1: files to come. */
+int ormak_show_atomic(int use_file, pANTLR3_BASE_TREE post_processing_list, pANTLR3_BASE_TREE output_redirecting,
+                      int programming_language);
 
 /* Session settings. */
 int ormak_flush(int flush_type);

@@ -103,4 +103,14 @@ int read_alter_dimension(pANTLR3_BASE_TREE statement, int) {
     return ormak_alter_dimension(tree::list(statement, 0), tree::list(statement, 1));
 }
 
+int read_rename_object(pANTLR3_BASE_TREE statement, int) {
+    return ormak_rename_object(tree::list(statement, 2), tree::list(statement, 3), read_object_type(tree::slot(statement, 1)),
+                               tree::flag(statement, 0));
+}
+
+int read_copy_object(pANTLR3_BASE_TREE statement, int) {
+    return ormak_copy_object(tree::list(statement, 2), tree::list(statement, 3), read_object_type(tree::slot(statement, 1)),
+                             tree::flag(statement, 0));
+}
+
 } // namespace ormak

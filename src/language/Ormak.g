@@ -51,6 +51,7 @@ statement
     : data_definition_statement
     | data_manipulation_statement
     | data_query_statement
+    | data_introspection_statement
     | miscellaneous_statement
     ;
 
@@ -68,6 +69,29 @@ data_manipulation_statement
 
 data_query_statement
     : select_statement
+    ;
+
+// Every SHOW statement ends in two slots: post-processing and output.
+data_introspection_statement
+    : SHOW_KEYWORD!
+      ( show_use_directory_statement
+      | show_use_file_statement
+      | show_all_use_file_statement
+      | show_use_group_statement
+      | show_ormak_version_statement
+      | show_hdf5_version_statement
+      | show_pcre_version_statement
+      | show_zlib_version_statement
+      | show_mpi_version_statement
+      | show_execute_status_statement
+      | show_external_link_prefix_statement
+      | show_flush_statement
+      | show_debug_statement
+      | show_file_validity_statement
+      | show_library_bounds_statement
+      | show_cache_statement
+      | show_atomic_statement
+      )
     ;
 
 miscellaneous_statement
@@ -94,11 +118,11 @@ alter_statement
     ;
 
 rename_statement
-    : RENAME_KEYWORD! (rename_directory_statement | rename_file_statement)
+    : RENAME_KEYWORD! (rename_directory_statement | rename_file_statement | rename_object_statement)
     ;
 
 copy_statement
-    : COPY_KEYWORD! copy_file_statement
+    : COPY_KEYWORD! (copy_file_statement | copy_object_statement)
     ;
 
 drop_statement
@@ -223,6 +247,29 @@ copy_file_statement
       -> ^(COPY_FILE ^(OPTION TRUNCATE_KEYWORD?) ^(OPTION $old_names) ^(OPTION $new_names))
     ;
 
+// New names of objects are names in the same file; copies may go to another file.
+rename_object_statement
+    : TRUNCATE_KEYWORD? object_type? old_names=file_object_list AS_KEYWORD new_names=value_list
+      -> ^(RENAME_OBJECT ^(OPTION TRUNCATE_KEYWORD?) ^(OPTION object_type?) ^(OPTION $old_names) ^(OPTION $new_names))
+    ;
+
+copy_object_statement
+    : TRUNCATE_KEYWORD? object_type? old_names=file_object_list TO_KEYWORD new_names=file_object_list
+      -> ^(COPY_OBJECT ^(OPTION TRUNCATE_KEYWORD?) ^(OPTION object_type?) ^(OPTION $old_names) ^(OPTION $new_names))
+    ;
+
+// The kind of object a statement insists on: one keyword in the tree, LINK for a soft link,
+// EXTERNAL for an external link.
+object_type
+    : GROUP_KEYWORD
+    | DATASET_KEYWORD
+    | ATTRIBUTE_KEYWORD
+    | AT_KEYWORD
+    | SOFT_KEYWORD! LINK_KEYWORD
+    | LINK_KEYWORD
+    | EXTERNAL_KEYWORD LINK_KEYWORD!
+    ;
+
 drop_directory_statement
     : DIRECTORY_KEYWORD value_list -> ^(DROP_DIRECTORY ^(OPTION value_list))
     ;
@@ -328,6 +375,101 @@ set_flush_statement
 
 set_debug_statement
     : DEBUG_KEYWORD choice=(ENABLE_KEYWORD | DISABLE_KEYWORD) -> ^(SET_DEBUG $choice)
+    ;
+
+show_use_directory_statement
+    : USE_KEYWORD DIRECTORY_KEYWORD post_processing_statement? output_redirecting_statement?
+      -> ^(SHOW_USE_DIRECTORY ^(OPTION post_processing_statement?) ^(OPTION output_redirecting_statement?))
+    ;
+
+show_use_file_statement
+    : USE_KEYWORD FILE_KEYWORD post_processing_statement? output_redirecting_statement?
+      -> ^(SHOW_USE_FILE ^(OPTION post_processing_statement?) ^(OPTION output_redirecting_statement?))
+    ;
+
+show_all_use_file_statement
+    : ALL_KEYWORD USE_KEYWORD FILE_KEYWORD post_processing_statement? output_redirecting_statement?
+      -> ^(SHOW_ALL_USE_FILE ^(OPTION post_processing_statement?) ^(OPTION output_redirecting_statement?))
+    ;
+
+show_use_group_statement
+    : USE_KEYWORD GROUP_KEYWORD post_processing_statement? output_redirecting_statement?
+      -> ^(SHOW_USE_GROUP ^(OPTION post_processing_statement?) ^(OPTION output_redirecting_statement?))
+    ;
+
+show_ormak_version_statement
+    : ORMAK_KEYWORD VERSION_KEYWORD post_processing_statement? output_redirecting_statement?
+      -> ^(SHOW_ORMAK_VERSION ^(OPTION post_processing_statement?) ^(OPTION output_redirecting_statement?))
+    ;
+
+show_hdf5_version_statement
+    : HDF5_KEYWORD VERSION_KEYWORD post_processing_statement? output_redirecting_statement?
+      -> ^(SHOW_HDF5_VERSION ^(OPTION post_processing_statement?) ^(OPTION output_redirecting_statement?))
+    ;
+
+show_pcre_version_statement
+    : PCRE_KEYWORD VERSION_KEYWORD post_processing_statement? output_redirecting_statement?
+      -> ^(SHOW_PCRE_VERSION ^(OPTION post_processing_statement?) ^(OPTION output_redirecting_statement?))
+    ;
+
+show_zlib_version_statement
+    : ZLIB_KEYWORD VERSION_KEYWORD post_processing_statement? output_redirecting_statement?
+      -> ^(SHOW_ZLIB_VERSION ^(OPTION post_processing_statement?) ^(OPTION output_redirecting_statement?))
+    ;
+
+show_mpi_version_statement
+    : MPI_KEYWORD VERSION_KEYWORD post_processing_statement? output_redirecting_statement?
+      -> ^(SHOW_MPI_VERSION ^(OPTION post_processing_statement?) ^(OPTION output_redirecting_statement?))
+    ;
+
+show_execute_status_statement
+    : EXECUTE_KEYWORD STATUS_KEYWORD post_processing_statement? output_redirecting_statement?
+      -> ^(SHOW_EXECUTE_STATUS ^(OPTION post_processing_statement?) ^(OPTION output_redirecting_statement?))
+    ;
+
+show_external_link_prefix_statement
+    : EXTERNAL_KEYWORD LINK_KEYWORD PREFIX_KEYWORD post_processing_statement? output_redirecting_statement?
+      -> ^(SHOW_EXTERNAL_LINK_PREFIX ^(OPTION post_processing_statement?) ^(OPTION output_redirecting_statement?))
+    ;
+
+show_flush_statement
+    : FLUSH_KEYWORD post_processing_statement? output_redirecting_statement?
+      -> ^(SHOW_FLUSH ^(OPTION post_processing_statement?) ^(OPTION output_redirecting_statement?))
+    ;
+
+show_debug_statement
+    : DEBUG_KEYWORD post_processing_statement? output_redirecting_statement?
+      -> ^(SHOW_DEBUG ^(OPTION post_processing_statement?) ^(OPTION output_redirecting_statement?))
+    ;
+
+show_file_validity_statement
+    : FILE_KEYWORD VALIDITY_KEYWORD value_list post_processing_statement? output_redirecting_statement?
+      -> ^(SHOW_FILE_VALIDITY ^(OPTION value_list) ^(OPTION post_processing_statement?)
+           ^(OPTION output_redirecting_statement?))
+    ;
+
+// The file in use is told by its USE word. FROM followed by a number or a comma begins the
+// range of post-processing, not the low bound.
+show_library_bounds_statement
+    : (USE_KEYWORD FILE_KEYWORD)? LIBRARY_KEYWORD BOUNDS_KEYWORD
+      (bound=(FROM_KEYWORD | TO_KEYWORD))?
+      post_processing_statement? output_redirecting_statement?
+      -> ^(SHOW_LIBRARY_BOUNDS ^(OPTION USE_KEYWORD?) ^(OPTION $bound?) ^(OPTION post_processing_statement?)
+           ^(OPTION output_redirecting_statement?))
+    ;
+
+show_cache_statement
+    : (USE_KEYWORD FILE_KEYWORD)? (object=(FILE_KEYWORD | DATASET_KEYWORD))? CACHE_KEYWORD
+      (parameter=(SLOTS_KEYWORD | SIZE_KEYWORD | PREEMPTION_KEYWORD))?
+      post_processing_statement? output_redirecting_statement?
+      -> ^(SHOW_CACHE ^(OPTION USE_KEYWORD?) ^(OPTION $object?) ^(OPTION $parameter?)
+           ^(OPTION post_processing_statement?) ^(OPTION output_redirecting_statement?))
+    ;
+
+show_atomic_statement
+    : (USE_KEYWORD FILE_KEYWORD)? ATOMIC_KEYWORD post_processing_statement? output_redirecting_statement?
+      -> ^(SHOW_ATOMIC ^(OPTION USE_KEYWORD?) ^(OPTION post_processing_statement?)
+           ^(OPTION output_redirecting_statement?))
     ;
 
 // Shared rules.

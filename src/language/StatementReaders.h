@@ -47,6 +47,8 @@ int read_alter_dimension(pANTLR3_BASE_TREE statement, int programming_language);
 int read_rename_directory(pANTLR3_BASE_TREE statement, int programming_language);
 int read_rename_file(pANTLR3_BASE_TREE statement, int programming_language);
 int read_copy_file(pANTLR3_BASE_TREE statement, int programming_language);
+int read_rename_object(pANTLR3_BASE_TREE statement, int programming_language);
+int read_copy_object(pANTLR3_BASE_TREE statement, int programming_language);
 int read_drop_directory(pANTLR3_BASE_TREE statement, int programming_language);
 int read_drop_file(pANTLR3_BASE_TREE statement, int programming_language);
 int read_insert(pANTLR3_BASE_TREE statement, int programming_language);
@@ -64,6 +66,23 @@ int read_set_atomic(pANTLR3_BASE_TREE statement, int programming_language);
 int read_set_external_link_prefix(pANTLR3_BASE_TREE statement, int programming_language);
 int read_set_flush(pANTLR3_BASE_TREE statement, int programming_language);
 int read_set_debug(pANTLR3_BASE_TREE statement, int programming_language);
+int read_show_use_directory(pANTLR3_BASE_TREE statement, int programming_language);
+int read_show_use_file(pANTLR3_BASE_TREE statement, int programming_language);
+int read_show_all_use_file(pANTLR3_BASE_TREE statement, int programming_language);
+int read_show_use_group(pANTLR3_BASE_TREE statement, int programming_language);
+int read_show_ormak_version(pANTLR3_BASE_TREE statement, int programming_language);
+int read_show_hdf5_version(pANTLR3_BASE_TREE statement, int programming_language);
+int read_show_pcre_version(pANTLR3_BASE_TREE statement, int programming_language);
+int read_show_zlib_version(pANTLR3_BASE_TREE statement, int programming_language);
+int read_show_mpi_version(pANTLR3_BASE_TREE statement, int programming_language);
+int read_show_execute_status(pANTLR3_BASE_TREE statement, int programming_language);
+int read_show_external_link_prefix(pANTLR3_BASE_TREE statement, int programming_language);
+int read_show_flush(pANTLR3_BASE_TREE statement, int programming_language);
+int read_show_debug(pANTLR3_BASE_TREE statement, int programming_language);
+int read_show_file_validity(pANTLR3_BASE_TREE statement, int programming_language);
+int read_show_library_bounds(pANTLR3_BASE_TREE statement, int programming_language);
+int read_show_cache(pANTLR3_BASE_TREE statement, int programming_language);
+int read_show_atomic(pANTLR3_BASE_TREE statement, int programming_language);
 
 } // namespace ormak
 

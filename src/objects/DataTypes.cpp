@@ -214,6 +214,8 @@ int _ormak_create_compound(hid_t *compound_id, const pANTLR3_BASE_TREE compound)
     });
 }
 
+int _ormak_get_type_flag(hid_t data_type_id) { return member_flag(data_type_id); }
+
 int _ormak_get_compound(hid_t data_type_id, const char *parent_name, int *parent_offset,
                         struct _ormak_compound **compound_list, int *compound_count, int *compound_current) {
     int status = flatten(data_type_id, parent_name, parent_offset, compound_list, compound_count, compound_current);

@@ -24,6 +24,10 @@ int _ormak_create_compound(hid_t *compound_id, const pANTLR3_BASE_TREE compound)
 /* Flattens an existing compound type into a growing list of members. */
 int _ormak_get_compound(hid_t data_type_id, const char *parent_name, int *parent_offset,
                         struct _ormak_compound **compound_list, int *compound_count, int *compound_current);
+/* The data type flag of a stored type, as for the members of a compound: ORMAK_BITFIELD,
+   ORMAK_ENUMERATION, ORMAK_COMPOUND, a flag above those for arrays and references, and a
+   negative status for variable-length types over anything but a numeric type. */
+int _ormak_get_type_flag(hid_t data_type_id);
 
 #ifdef __cplusplus
 }

@@ -65,7 +65,7 @@ int info_failure(const char *path, const char *object_name) {
 }
 
 int for_each_object(pANTLR3_BASE_TREE list, const ObjectMessage &message,
-                    const std::function<int(const ObjectItem &item)> &work, int file_parallel) {
+                    const std::function<int(const ObjectItem &item)> &work, int file_parallel, bool changes) {
     int status = ORMAK_SUCCESS;
     bool file_opened = false;
     for (int i = 0; i < tree::count(list); i++) {
@@ -80,7 +80,7 @@ int for_each_object(pANTLR3_BASE_TREE list, const ObjectMessage &message,
         }
         errno = 0;
         if ((status = work(object)) != ORMAK_SUCCESS) break;
-        if (flush_status != -1) {
+        if (changes && flush_status != -1) {
             errno = 0;
             if (_ormak_flush(flush_status) != ORMAK_SUCCESS) {
                 status = message.fail_call(object.object_name);

@@ -47,9 +47,11 @@ int prepare_new_object(const char *name, int truncate, hid_t group_create_list, 
 int info_failure(const char *path, const char *object_name);
 
 /* Runs `work` on each item of `list` with the item's file in use, in order, until one
-   fails. Returns the status of the statement. */
+   fails. Returns the status of the statement. Statements that only read pass `changes`
+   false: their files are not flushed after each item. */
 int for_each_object(pANTLR3_BASE_TREE list, const ObjectMessage &message,
-                    const std::function<int(const ObjectItem &item)> &work, int file_parallel = -1);
+                    const std::function<int(const ObjectItem &item)> &work, int file_parallel = -1,
+                    bool changes = true);
 
 } // namespace ormak
 

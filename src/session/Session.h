@@ -2,6 +2,7 @@
 #ifndef ORMAK_SESSION_H
 #define ORMAK_SESSION_H
 
+#include <stddef.h>
 #include <initializer_list>
 #include "../OrmakPrivateStructures.h"
 
@@ -36,6 +37,8 @@ struct TraceArg {
    status (and the cursor for show statements). Returns status unchanged. */
 int trace(const char *function, int status, std::initializer_list<TraceArg> args,
           bool dump_cursor = false);
+/* The same for arguments gathered at run time: `count` of them at `args`. */
+int trace(const char *function, int status, const TraceArg *args, size_t count, bool dump_cursor);
 
 } // namespace ormak
 

@@ -45,6 +45,37 @@ TEST(TreeShape, AlterDimensionKeepsCommasAndSigns) {
     EXPECT_EQ(parse_rule("ALTER DIMENSION TO 5", ORMAK_RULE(statement)), "ERROR");
 }
 
+TEST(TreeShape, RenameAndCopyOfObjects) {
+    EXPECT_EQ(parse_rule("RENAME DATASET /runs/d AS /archive/", ORMAK_RULE(statement)),
+              "(RENAME_OBJECT OPTION (OPTION DATASET) (OPTION (LIST (LIST OPTION /runs/d))) (OPTION (LIST /archive/)))");
+    EXPECT_EQ(parse_rule("RENAME TRUNCATE GROUP a, f.h5 b AS c, d", ORMAK_RULE(statement)),
+              "(RENAME_OBJECT (OPTION TRUNCATE) (OPTION GROUP) (OPTION (LIST (LIST OPTION a) (LIST (OPTION f.h5) b))) "
+              "(OPTION (LIST c d)))");
+    EXPECT_EQ(parse_rule("RENAME d/unit AS d/units", ORMAK_RULE(statement)),
+              "(RENAME_OBJECT OPTION OPTION (OPTION (LIST (LIST OPTION d/unit))) (OPTION (LIST d/units)))");
+    // A soft link shows LINK with or without SOFT; an external link shows EXTERNAL.
+    EXPECT_EQ(parse_rule("RENAME SOFT LINK newest AS recent", ORMAK_RULE(statement)),
+              "(RENAME_OBJECT OPTION (OPTION LINK) (OPTION (LIST (LIST OPTION newest))) (OPTION (LIST recent)))");
+    EXPECT_EQ(parse_rule("rename link newest as recent", ORMAK_RULE(statement)),
+              "(RENAME_OBJECT OPTION (OPTION link) (OPTION (LIST (LIST OPTION newest))) (OPTION (LIST recent)))");
+    EXPECT_EQ(parse_rule("COPY EXTERNAL LINK e TO f", ORMAK_RULE(statement)),
+              "(COPY_OBJECT OPTION (OPTION EXTERNAL) (OPTION (LIST (LIST OPTION e))) (OPTION (LIST (LIST OPTION f))))");
+    EXPECT_EQ(parse_rule("COPY DATASET d TO backup.h5 /d", ORMAK_RULE(statement)),
+              "(COPY_OBJECT OPTION (OPTION DATASET) (OPTION (LIST (LIST OPTION d))) "
+              "(OPTION (LIST (LIST (OPTION backup.h5) /d))))");
+    EXPECT_EQ(parse_rule("COPY TRUNCATE AT d/unit TO e/unit", ORMAK_RULE(statement)),
+              "(COPY_OBJECT (OPTION TRUNCATE) (OPTION AT) (OPTION (LIST (LIST OPTION d/unit))) "
+              "(OPTION (LIST (LIST OPTION e/unit))))");
+    // Files keep their own statements; the new name of a rename names no file.
+    EXPECT_EQ(parse_rule("RENAME TRUNCATE FILE a AS b", ORMAK_RULE(statement)),
+              "(RENAME_FILE (OPTION TRUNCATE) (OPTION (LIST a)) (OPTION (LIST b)))");
+    EXPECT_EQ(parse_rule("COPY FILE a TO b", ORMAK_RULE(statement)),
+              "(COPY_FILE OPTION (OPTION (LIST a)) (OPTION (LIST b)))");
+    EXPECT_EQ(parse_rule("RENAME d AS f.h5 e", ORMAK_RULE(statement)), "ERROR");
+    EXPECT_EQ(parse_rule("RENAME GROUP AS e", ORMAK_RULE(statement)), "ERROR");
+    EXPECT_EQ(parse_rule("COPY HARD LINK a TO b", ORMAK_RULE(statement)), "ERROR");
+}
+
 TEST(TreeShape, DatasetStatementHasTwentySlots) {
     EXPECT_EQ(parse_rule("CREATE DATASET d AS INT", ORMAK_RULE(statement)),
               "(CREATE_DATASET OPTION OPTION OPTION (OPTION (LIST (LIST OPTION d))) OPTION OPTION (OPTION INT) OPTION "
@@ -112,4 +143,48 @@ TEST(TreeShape, DataStatementsKeepTheirSlots) {
               "(SELECT (OPTION DIRECTLY) (OPTION PARALLEL) (OPTION AT) (OPTION (LIST OPTION d OPTION OPTION OPTION)) "
               "(OPTION CACHE) (OPTION FILE) (OPTION 0x100) OPTION (OPTION (LIST ORDER , DESCEND TOP 2)) "
               "(OPTION (LIST OPTION OPTION OPTION OPTION OPTION OPTION OPTION OPTION (OPTION 1 8))))");
+}
+
+TEST(TreeShape, ShowStatementsEndInPostProcessingAndOutput) {
+    EXPECT_EQ(parse_rule("SHOW USE FILE", ORMAK_RULE(statement)), "(SHOW_USE_FILE OPTION OPTION)");
+    EXPECT_EQ(parse_rule("show all use file", ORMAK_RULE(statement)), "(SHOW_ALL_USE_FILE OPTION OPTION)");
+    EXPECT_EQ(parse_rule("SHOW EXECUTE STATUS", ORMAK_RULE(statement)), "(SHOW_EXECUTE_STATUS OPTION OPTION)");
+    EXPECT_EQ(parse_rule("SHOW HDF5 VERSION ORDER DESCEND INTO TEXT FILE v.txt", ORMAK_RULE(statement)),
+              "(SHOW_HDF5_VERSION (OPTION (LIST ORDER DESCEND)) "
+              "(OPTION (LIST OPTION OPTION (OPTION v.txt) OPTION OPTION OPTION OPTION OPTION OPTION)))");
+    EXPECT_EQ(parse_rule("SHOW EXTERNAL LINK PREFIX INTO CURSOR", ORMAK_RULE(statement)),
+              "(SHOW_EXTERNAL_LINK_PREFIX OPTION "
+              "(OPTION (LIST (OPTION CURSOR) OPTION OPTION OPTION OPTION OPTION OPTION OPTION OPTION)))");
+    EXPECT_EQ(parse_rule("SHOW FILE VALIDITY a.h5, notes.txt TOP 1", ORMAK_RULE(statement)),
+              "(SHOW_FILE_VALIDITY (OPTION (LIST a.h5 notes.txt)) (OPTION (LIST TOP 1)) OPTION)");
+    EXPECT_EQ(parse_rule("SHOW FILE VALIDITY", ORMAK_RULE(statement)), "ERROR");
+    EXPECT_EQ(parse_rule("SHOW", ORMAK_RULE(statement)), "ERROR");
+    EXPECT_EQ(parse_rule("SHOW USE", ORMAK_RULE(statement)), "ERROR");
+    EXPECT_EQ(parse_rule("SHOW FLUSH INTO MEMORY 1 ORDER ASCEND", ORMAK_RULE(statement)), "ERROR");
+}
+
+TEST(TreeShape, ShowSettingsKeepTheFileInUseAndTheParameter) {
+    EXPECT_EQ(parse_rule("SHOW USE FILE LIBRARY BOUNDS FROM", ORMAK_RULE(statement)),
+              "(SHOW_LIBRARY_BOUNDS (OPTION USE) (OPTION FROM) OPTION OPTION)");
+    EXPECT_EQ(parse_rule("SHOW LIBRARY BOUNDS TO ORDER DESCEND", ORMAK_RULE(statement)),
+              "(SHOW_LIBRARY_BOUNDS OPTION (OPTION TO) (OPTION (LIST ORDER DESCEND)) OPTION)");
+    // FROM before a number or a comma begins the range of post-processing.
+    EXPECT_EQ(parse_rule("SHOW LIBRARY BOUNDS FROM 0 TO 1", ORMAK_RULE(statement)),
+              "(SHOW_LIBRARY_BOUNDS OPTION OPTION (OPTION (LIST FROM 0 TO 1)) OPTION)");
+    EXPECT_EQ(parse_rule("SHOW LIBRARY BOUNDS FROM FROM , 1 TO 1", ORMAK_RULE(statement)),
+              "(SHOW_LIBRARY_BOUNDS OPTION (OPTION FROM) (OPTION (LIST FROM , 1 TO 1)) OPTION)");
+    EXPECT_EQ(parse_rule("SHOW LIBRARY BOUNDS FROM EARLIEST", ORMAK_RULE(statement)), "ERROR");
+
+    EXPECT_EQ(parse_rule("SHOW CACHE", ORMAK_RULE(statement)), "(SHOW_CACHE OPTION OPTION OPTION OPTION OPTION)");
+    EXPECT_EQ(parse_rule("SHOW USE FILE CACHE SLOTS", ORMAK_RULE(statement)),
+              "(SHOW_CACHE (OPTION USE) OPTION (OPTION SLOTS) OPTION OPTION)");
+    EXPECT_EQ(parse_rule("SHOW DATASET CACHE SIZE INTO MEMORY 0 SIZE 4", ORMAK_RULE(statement)),
+              "(SHOW_CACHE OPTION (OPTION DATASET) (OPTION SIZE) OPTION "
+              "(OPTION (LIST OPTION OPTION OPTION OPTION OPTION OPTION OPTION OPTION (OPTION 0 4))))");
+    EXPECT_EQ(parse_rule("SHOW FILE CACHE PREEMPTION", ORMAK_RULE(statement)),
+              "(SHOW_CACHE OPTION (OPTION FILE) (OPTION PREEMPTION) OPTION OPTION)");
+    EXPECT_EQ(parse_rule("SHOW CACHE SLOTS SIZE", ORMAK_RULE(statement)), "ERROR");
+
+    EXPECT_EQ(parse_rule("SHOW USE FILE ATOMIC", ORMAK_RULE(statement)), "(SHOW_ATOMIC (OPTION USE) OPTION OPTION)");
+    EXPECT_EQ(parse_rule("SHOW ATOMIC", ORMAK_RULE(statement)), "(SHOW_ATOMIC OPTION OPTION OPTION)");
 }
