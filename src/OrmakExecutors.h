@@ -107,6 +107,28 @@ int ormak_show_flush(pANTLR3_BASE_TREE post_processing_list, pANTLR3_BASE_TREE o
                      int programming_language);
 int ormak_show_debug(pANTLR3_BASE_TREE post_processing_list, pANTLR3_BASE_TREE output_redirecting,
                      int programming_language);
+/* Listings of objects, as ORMAK_VARCHAR names. object_type -1 any, or 4, 8, 16, 32, 64;
+   where_list is only traced; order_creation 0 lists in creation order where it is tracked.
+   Without object_name, or with a name of contents ("g/", ".", "g/.."), the members of that
+   group (or the attributes of that dataset); any other name answers with itself if such an
+   object exists. */
+int ormak_show_object(const char *file_object_name, const char *object_name, int object_type,
+                      pANTLR3_BASE_TREE where_list, int order_creation, pANTLR3_BASE_TREE post_processing_list,
+                      pANTLR3_BASE_TREE output_redirecting, int programming_language);
+/* The paths, relative to object_name or the current group, that match a LIKE expression level
+   by level; deep_list holds the depths of its "**" pieces. */
+int ormak_show_object_like(const char *file_object_name, const char *object_name, int object_type,
+                           const char *regular_expression, pANTLR3_BASE_TREE deep_list, pANTLR3_BASE_TREE where_list,
+                           int order_creation, pANTLR3_BASE_TREE post_processing_list,
+                           pANTLR3_BASE_TREE output_redirecting, int programming_language);
+/* Directories or files of the working directory, of a path ending in "/" (or "\", ".", ".."),
+   or one path confirmed; regular_expression and deep_list are only traced. */
+int ormak_show_directory(const char *path_name, const char *regular_expression, pANTLR3_BASE_TREE deep_list,
+                         pANTLR3_BASE_TREE post_processing_list, pANTLR3_BASE_TREE output_redirecting,
+                         int programming_language);
+int ormak_show_file(const char *path_name, const char *regular_expression, pANTLR3_BASE_TREE deep_list,
+                    pANTLR3_BASE_TREE post_processing_list, pANTLR3_BASE_TREE output_redirecting,
+                    int programming_language);
 /* 0 for each valid HDF5 file of the list, -1 for any other regular file. */
 int ormak_show_file_validity(pANTLR3_BASE_TREE file_list, pANTLR3_BASE_TREE post_processing_list,
                              pANTLR3_BASE_TREE output_redirecting, int programming_language);
@@ -121,6 +143,31 @@ int ormak_show_cache(int object_type, int parameter_type, pANTLR3_BASE_TREE post
 /* use_file 0: the file in use, opened for parallel operations; -1: files to come. */
 int ormak_show_atomic(int use_file, pANTLR3_BASE_TREE post_processing_list, pANTLR3_BASE_TREE output_redirecting,
                       int programming_language);
+
+/* Properties of objects, one value per "[file] name" item of the list; the first failing
+   item ends the statement. object_type is -1 for any object, 8 for datasets, 16 for
+   attributes (for SHOW ORDER, not -1 asks for the order of attributes). */
+int ormak_show_type(pANTLR3_BASE_TREE object_list, pANTLR3_BASE_TREE post_processing_list, pANTLR3_BASE_TREE output_redirecting, int programming_language);
+int ormak_show_data_type(pANTLR3_BASE_TREE object_list, int object_type, pANTLR3_BASE_TREE post_processing_list, pANTLR3_BASE_TREE output_redirecting, int programming_language);
+int ormak_show_endianness(pANTLR3_BASE_TREE object_list, int object_type, pANTLR3_BASE_TREE post_processing_list, pANTLR3_BASE_TREE output_redirecting, int programming_language);
+int ormak_show_charset(pANTLR3_BASE_TREE object_list, int object_type, pANTLR3_BASE_TREE post_processing_list, pANTLR3_BASE_TREE output_redirecting, int programming_language);
+int ormak_show_tag(pANTLR3_BASE_TREE object_list, int object_type, pANTLR3_BASE_TREE post_processing_list, pANTLR3_BASE_TREE output_redirecting, int programming_language);
+int ormak_show_size(pANTLR3_BASE_TREE object_list, int object_type, pANTLR3_BASE_TREE post_processing_list, pANTLR3_BASE_TREE output_redirecting, int programming_language);
+int ormak_show_order(pANTLR3_BASE_TREE object_list, int object_type, pANTLR3_BASE_TREE post_processing_list, pANTLR3_BASE_TREE output_redirecting, int programming_language);
+int ormak_show_storage_type(pANTLR3_BASE_TREE dataset_list, pANTLR3_BASE_TREE post_processing_list, pANTLR3_BASE_TREE output_redirecting, int programming_language);
+int ormak_show_storage_allocation(pANTLR3_BASE_TREE dataset_list, pANTLR3_BASE_TREE post_processing_list, pANTLR3_BASE_TREE output_redirecting, int programming_language);
+int ormak_show_fill_type(pANTLR3_BASE_TREE dataset_list, pANTLR3_BASE_TREE post_processing_list, pANTLR3_BASE_TREE output_redirecting, int programming_language);
+/* Items with chunk numbers in child 2: the filter mask of that chunk. */
+int ormak_show_mask(pANTLR3_BASE_TREE dataset_list, pANTLR3_BASE_TREE post_processing_list, pANTLR3_BASE_TREE output_redirecting, int programming_language);
+/* One name: a value per dimension (dimension_type 0) or maximum dimension (1, unlimited
+   as -1); the chunk dimensions, none when not chunked; the fill value in the dataset's own
+   data type, none when undefined. */
+int ormak_show_dimension(const char *file_object_name, const char *object_name, int object_type, int dimension_type,
+                         pANTLR3_BASE_TREE post_processing_list, pANTLR3_BASE_TREE output_redirecting, int programming_language);
+int ormak_show_storage_dimension(const char *file_dataset_name, const char *dataset_name, pANTLR3_BASE_TREE post_processing_list, pANTLR3_BASE_TREE output_redirecting, int programming_language);
+int ormak_show_fill_value(const char *file_dataset_name, const char *dataset_name, pANTLR3_BASE_TREE post_processing_list, pANTLR3_BASE_TREE output_redirecting, int programming_language);
+/* The size of each file of the list, or with null of the file in use. */
+int ormak_show_file_size(pANTLR3_BASE_TREE file_list, pANTLR3_BASE_TREE post_processing_list, pANTLR3_BASE_TREE output_redirecting, int programming_language);
 
 /* Session settings. */
 int ormak_flush(int flush_type);

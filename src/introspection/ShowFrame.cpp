@@ -18,8 +18,10 @@ namespace {
 /* The width that the road out is told: a string pointer counts 1. */
 int width_of(int data_type) {
     switch (data_type) {
-    case ORMAK_INT: return 4;
+    case ORMAK_INT:
+    case ORMAK_UNSIGNED_INT: return 4;
     case ORMAK_BIGINT:
+    case ORMAK_UNSIGNED_BIGINT:
     case ORMAK_DOUBLE: return 8;
     default: return 1;
     }
@@ -121,6 +123,15 @@ int ShowFrame::add_text(const char *text, int size, size_t block) {
     }
     added_++;
     return ORMAK_SUCCESS;
+}
+
+void ShowFrame::adopt(void *data, int data_type, int count, int data_size, int data_allocated) {
+    data_type_ = data_type;
+    data_size_ = data_size;
+    capacity_ = added_ = std::max(count, 0);
+    if (direct_) return;
+    result_.adopt(data, data_type, count, data_size, data_allocated);
+    result_.own_elements();
 }
 
 int ShowFrame::deliver() {

@@ -60,8 +60,9 @@ public:
     bool direct() const;
 
     /* Starts a result of at most `count` values of `data_type`: ORMAK_INT, ORMAK_BIGINT,
-       ORMAK_DOUBLE or ORMAK_VARCHAR. Directly, the cursor in use is cleared and typed;
-       otherwise the buffer is made. `memory_message` is the statement's text for memory
+       their unsigned forms (added with add_int and add_bigint), ORMAK_DOUBLE or
+       ORMAK_VARCHAR. Directly, the cursor in use is cleared and typed; otherwise the buffer
+       is made. `memory_message` is the statement's text for memory
        running out, here or in any later step; it must outlive the frame's use. */
     int begin(int data_type, int count, const char *memory_message);
 
@@ -72,6 +73,12 @@ public:
     /* A string: directly, `size` bytes of it (its length when `size` is -1) go into the
        cursor; otherwise a copy goes into a new block of at least `block` bytes. */
     int add_text(const char *text, int size = -1, size_t block = 0);
+
+    /* A result of any data type that the statement made itself, in place of `begin` and the
+       adds. Directly, the statement has cleared, typed and filled the cursor in use, and
+       `data` is null; otherwise the frame takes `data` as ResultBuffer::adopt does, with
+       the strings or member blocks its values point to, and frees what is not handed over. */
+    void adopt(void *data, int data_type, int count, int data_size, int data_allocated);
 
     /* After the last value: post-processing (not on an empty result), the road out, and
        last_data_count. Only success sets the count. */

@@ -87,10 +87,28 @@ data_introspection_statement
       | show_external_link_prefix_statement
       | show_flush_statement
       | show_debug_statement
+      | show_directory_statement
+      | show_file_statement
+      | show_object_statement
       | show_file_validity_statement
       | show_library_bounds_statement
       | show_cache_statement
       | show_atomic_statement
+      | show_type_statement
+      | (kind_of_object? DATA_KEYWORD)=> show_data_type_statement
+      | (kind_of_object? MAX_KEYWORD? DIMENSION_KEYWORD)=> show_dimension_statement
+      | (STORAGE_KEYWORD TYPE_KEYWORD)=> show_storage_type_statement
+      | (STORAGE_KEYWORD ALLOCATION_KEYWORD)=> show_storage_allocation_statement
+      | show_storage_dimension_statement
+      | (kind_of_object? ENDIANNESS_KEYWORD)=> show_endianness_statement
+      | (kind_of_object? CHARSET_KEYWORD)=> show_charset_statement
+      | (kind_of_object? TAG_KEYWORD)=> show_tag_statement
+      | (FILL_KEYWORD TYPE_KEYWORD)=> show_fill_type_statement
+      | show_fill_value_statement
+      | ((ATTRIBUTE_KEYWORD | AT_KEYWORD)? ORDER_KEYWORD)=> show_order_statement
+      | (FILE_KEYWORD SIZE_KEYWORD)=> show_file_size_statement
+      | (kind_of_object? SIZE_KEYWORD)=> show_size_statement
+      | show_mask_statement
       )
     ;
 
@@ -472,6 +490,138 @@ show_atomic_statement
            ^(OPTION output_redirecting_statement?))
     ;
 
+// Properties of objects. A list statement's slot 0 holds its list; one with a kind of object
+// has that kind in slot 0 and the list in slot 1.
+kind_of_object
+    : DATASET_KEYWORD | ATTRIBUTE_KEYWORD | AT_KEYWORD
+    ;
+
+show_type_statement
+    : TYPE_KEYWORD file_object_list post_processing_statement? output_redirecting_statement?
+      -> ^(SHOW_TYPE ^(OPTION file_object_list) ^(OPTION post_processing_statement?)
+           ^(OPTION output_redirecting_statement?))
+    ;
+
+show_data_type_statement
+    : kind_of_object? DATA_KEYWORD TYPE_KEYWORD file_object_list
+      post_processing_statement? output_redirecting_statement?
+      -> ^(SHOW_DATA_TYPE ^(OPTION kind_of_object?) ^(OPTION file_object_list) ^(OPTION post_processing_statement?)
+           ^(OPTION output_redirecting_statement?))
+    ;
+
+show_endianness_statement
+    : kind_of_object? ENDIANNESS_KEYWORD file_object_list post_processing_statement? output_redirecting_statement?
+      -> ^(SHOW_ENDIANNESS ^(OPTION kind_of_object?) ^(OPTION file_object_list) ^(OPTION post_processing_statement?)
+           ^(OPTION output_redirecting_statement?))
+    ;
+
+show_charset_statement
+    : kind_of_object? CHARSET_KEYWORD file_object_list post_processing_statement? output_redirecting_statement?
+      -> ^(SHOW_CHARSET ^(OPTION kind_of_object?) ^(OPTION file_object_list) ^(OPTION post_processing_statement?)
+           ^(OPTION output_redirecting_statement?))
+    ;
+
+show_tag_statement
+    : kind_of_object? TAG_KEYWORD file_object_list post_processing_statement? output_redirecting_statement?
+      -> ^(SHOW_TAG ^(OPTION kind_of_object?) ^(OPTION file_object_list) ^(OPTION post_processing_statement?)
+           ^(OPTION output_redirecting_statement?))
+    ;
+
+show_size_statement
+    : kind_of_object? SIZE_KEYWORD file_object_list post_processing_statement? output_redirecting_statement?
+      -> ^(SHOW_SIZE ^(OPTION kind_of_object?) ^(OPTION file_object_list) ^(OPTION post_processing_statement?)
+           ^(OPTION output_redirecting_statement?))
+    ;
+
+show_order_statement
+    : (kind=(ATTRIBUTE_KEYWORD | AT_KEYWORD))? ORDER_KEYWORD file_object_list
+      post_processing_statement? output_redirecting_statement?
+      -> ^(SHOW_ORDER ^(OPTION $kind?) ^(OPTION file_object_list) ^(OPTION post_processing_statement?)
+           ^(OPTION output_redirecting_statement?))
+    ;
+
+show_dimension_statement
+    : kind_of_object? MAX_KEYWORD? DIMENSION_KEYWORD (file=STRING_KEYWORD)? name=STRING_KEYWORD
+      post_processing_statement? output_redirecting_statement?
+      -> ^(SHOW_DIMENSION ^(OPTION kind_of_object?) ^(OPTION MAX_KEYWORD?) ^(OPTION $file?) $name
+           ^(OPTION post_processing_statement?) ^(OPTION output_redirecting_statement?))
+    ;
+
+show_storage_type_statement
+    : STORAGE_KEYWORD TYPE_KEYWORD file_object_list post_processing_statement? output_redirecting_statement?
+      -> ^(SHOW_STORAGE_TYPE ^(OPTION file_object_list) ^(OPTION post_processing_statement?)
+           ^(OPTION output_redirecting_statement?))
+    ;
+
+show_storage_allocation_statement
+    : STORAGE_KEYWORD ALLOCATION_KEYWORD file_object_list post_processing_statement? output_redirecting_statement?
+      -> ^(SHOW_STORAGE_ALLOCATION ^(OPTION file_object_list) ^(OPTION post_processing_statement?)
+           ^(OPTION output_redirecting_statement?))
+    ;
+
+show_storage_dimension_statement
+    : STORAGE_KEYWORD DIMENSION_KEYWORD (file=STRING_KEYWORD)? name=STRING_KEYWORD
+      post_processing_statement? output_redirecting_statement?
+      -> ^(SHOW_STORAGE_DIMENSION ^(OPTION $file?) $name ^(OPTION post_processing_statement?)
+           ^(OPTION output_redirecting_statement?))
+    ;
+
+show_fill_type_statement
+    : FILL_KEYWORD TYPE_KEYWORD file_object_list post_processing_statement? output_redirecting_statement?
+      -> ^(SHOW_FILL_TYPE ^(OPTION file_object_list) ^(OPTION post_processing_statement?)
+           ^(OPTION output_redirecting_statement?))
+    ;
+
+show_fill_value_statement
+    : FILL_KEYWORD VALUE_KEYWORD (file=STRING_KEYWORD)? name=STRING_KEYWORD
+      post_processing_statement? output_redirecting_statement?
+      -> ^(SHOW_FILL_VALUE ^(OPTION $file?) $name ^(OPTION post_processing_statement?)
+           ^(OPTION output_redirecting_statement?))
+    ;
+
+// Without names, the file in use.
+show_file_size_statement
+    : FILE_KEYWORD SIZE_KEYWORD value_list? post_processing_statement? output_redirecting_statement?
+      -> ^(SHOW_FILE_SIZE ^(OPTION value_list?) ^(OPTION post_processing_statement?)
+           ^(OPTION output_redirecting_statement?))
+    ;
+
+show_mask_statement
+    : MASK_KEYWORD file_object_selection_list post_processing_statement? output_redirecting_statement?
+      -> ^(SHOW_MASK ^(OPTION file_object_selection_list) ^(OPTION post_processing_statement?)
+           ^(OPTION output_redirecting_statement?))
+    ;
+
+// Listings of objects: [kind] [[file] object] [LIKE expression [DEEP depths]] [WHERE conditions]
+// [ORDER CREATION]. One name is the object; two are the file and the object.
+show_object_statement
+    : object_type? (file=STRING_KEYWORD object=STRING_KEYWORD | object=STRING_KEYWORD)?
+      (LIKE_KEYWORD expression=STRING_KEYWORD (DEEP_KEYWORD number_optional_list)?)?
+      (WHERE_KEYWORD where_condition_list)?
+      (ORDER_KEYWORD CREATION_KEYWORD)?
+      post_processing_statement? output_redirecting_statement?
+      -> ^(SHOW_OBJECT ^(OPTION object_type?) ^(OPTION $file?) ^(OPTION $object?)
+           ^(OPTION $expression? number_optional_list?) ^(OPTION where_condition_list?) ^(OPTION CREATION_KEYWORD?)
+           ^(OPTION post_processing_statement?) ^(OPTION output_redirecting_statement?))
+    ;
+
+// Listings of the file system: the directories or the files of a directory, or one path.
+show_directory_statement
+    : DIRECTORY_KEYWORD (path=STRING_KEYWORD)?
+      (LIKE_KEYWORD expression=STRING_KEYWORD (DEEP_KEYWORD number_optional_list)?)?
+      post_processing_statement? output_redirecting_statement?
+      -> ^(SHOW_DIRECTORY ^(OPTION $path?) ^(OPTION $expression? number_optional_list?)
+           ^(OPTION post_processing_statement?) ^(OPTION output_redirecting_statement?))
+    ;
+
+show_file_statement
+    : FILE_KEYWORD (path=STRING_KEYWORD)?
+      (LIKE_KEYWORD expression=STRING_KEYWORD (DEEP_KEYWORD number_optional_list)?)?
+      post_processing_statement? output_redirecting_statement?
+      -> ^(SHOW_FILE ^(OPTION $path?) ^(OPTION $expression? number_optional_list?)
+           ^(OPTION post_processing_statement?) ^(OPTION output_redirecting_statement?))
+    ;
+
 // Shared rules.
 
 // ORDER, TOP, BOTTOM, FROM ... TO and STEP clauses, kept flat; a pair is "n", "n n" or ", n".
@@ -643,6 +793,29 @@ data_type
     | VARTINYINT_KEYWORD | UNSIGNED_VARTINYINT_KEYWORD | VARSMALLINT_KEYWORD | UNSIGNED_VARSMALLINT_KEYWORD
     | VARINT_KEYWORD | UNSIGNED_VARINT_KEYWORD | VARBIGINT_KEYWORD | UNSIGNED_VARBIGINT_KEYWORD
     | VARFLOAT_KEYWORD | VARDOUBLE_KEYWORD | VARCHAR_KEYWORD | OPAQUE_KEYWORD
+    ;
+
+// Conditions on the kind or the data type of objects, joined by AND and OR, kept flat.
+where_condition_list
+    : where_condition ((AND_KEYWORD | OR_KEYWORD) where_condition)*
+    ;
+
+where_condition
+    : where_type
+    | where_data_type
+    ;
+
+where_type
+    : TYPE_KEYWORD^ (EQUAL_KEYWORD | NOT_EQUAL_KEYWORD) object_type
+    ;
+
+where_data_type
+    : DATA_KEYWORD^ TYPE_KEYWORD! (EQUAL_KEYWORD | NOT_EQUAL_KEYWORD) where_data_type_value
+    ;
+
+where_data_type_value
+    : data_type
+    | COMPOUND_KEYWORD
     ;
 
 value

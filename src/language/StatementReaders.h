@@ -79,10 +79,28 @@ int read_show_execute_status(pANTLR3_BASE_TREE statement, int programming_langua
 int read_show_external_link_prefix(pANTLR3_BASE_TREE statement, int programming_language);
 int read_show_flush(pANTLR3_BASE_TREE statement, int programming_language);
 int read_show_debug(pANTLR3_BASE_TREE statement, int programming_language);
+int read_show_object(pANTLR3_BASE_TREE statement, int programming_language);
+int read_show_directory(pANTLR3_BASE_TREE statement, int programming_language);
+int read_show_file(pANTLR3_BASE_TREE statement, int programming_language);
 int read_show_file_validity(pANTLR3_BASE_TREE statement, int programming_language);
 int read_show_library_bounds(pANTLR3_BASE_TREE statement, int programming_language);
 int read_show_cache(pANTLR3_BASE_TREE statement, int programming_language);
 int read_show_atomic(pANTLR3_BASE_TREE statement, int programming_language);
+int read_show_type(pANTLR3_BASE_TREE statement, int programming_language);
+int read_show_data_type(pANTLR3_BASE_TREE statement, int programming_language);
+int read_show_endianness(pANTLR3_BASE_TREE statement, int programming_language);
+int read_show_charset(pANTLR3_BASE_TREE statement, int programming_language);
+int read_show_tag(pANTLR3_BASE_TREE statement, int programming_language);
+int read_show_size(pANTLR3_BASE_TREE statement, int programming_language);
+int read_show_order(pANTLR3_BASE_TREE statement, int programming_language);
+int read_show_storage_type(pANTLR3_BASE_TREE statement, int programming_language);
+int read_show_storage_allocation(pANTLR3_BASE_TREE statement, int programming_language);
+int read_show_fill_type(pANTLR3_BASE_TREE statement, int programming_language);
+int read_show_mask(pANTLR3_BASE_TREE statement, int programming_language);
+int read_show_dimension(pANTLR3_BASE_TREE statement, int programming_language);
+int read_show_storage_dimension(pANTLR3_BASE_TREE statement, int programming_language);
+int read_show_fill_value(pANTLR3_BASE_TREE statement, int programming_language);
+int read_show_file_size(pANTLR3_BASE_TREE statement, int programming_language);
 
 } // namespace ormak
 

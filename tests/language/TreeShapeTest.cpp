@@ -158,9 +158,110 @@ TEST(TreeShape, ShowStatementsEndInPostProcessingAndOutput) {
     EXPECT_EQ(parse_rule("SHOW FILE VALIDITY a.h5, notes.txt TOP 1", ORMAK_RULE(statement)),
               "(SHOW_FILE_VALIDITY (OPTION (LIST a.h5 notes.txt)) (OPTION (LIST TOP 1)) OPTION)");
     EXPECT_EQ(parse_rule("SHOW FILE VALIDITY", ORMAK_RULE(statement)), "ERROR");
-    EXPECT_EQ(parse_rule("SHOW", ORMAK_RULE(statement)), "ERROR");
+    EXPECT_EQ(parse_rule("SHOW ALL", ORMAK_RULE(statement)), "ERROR");
     EXPECT_EQ(parse_rule("SHOW USE", ORMAK_RULE(statement)), "ERROR");
     EXPECT_EQ(parse_rule("SHOW FLUSH INTO MEMORY 1 ORDER ASCEND", ORMAK_RULE(statement)), "ERROR");
+}
+
+// Listings: a bare SHOW is the current group; the kinds, ORDER CREATION, SHOW FILE and
+// EXTERNAL LINK share their first words with statements of properties and settings.
+TEST(TreeShape, ListingsOfObjectsAndOfTheFileSystem) {
+    EXPECT_EQ(parse_rule("SHOW", ORMAK_RULE(statement)),
+              "(SHOW_OBJECT OPTION OPTION OPTION OPTION OPTION OPTION OPTION OPTION)");
+    EXPECT_EQ(parse_rule("SHOW DATASET /runs LIKE \"temp.*\" DEEP 2 ORDER CREATION", ORMAK_RULE(statement)),
+              "(SHOW_OBJECT (OPTION DATASET) OPTION (OPTION /runs) (OPTION temp.* (LIST 2)) OPTION (OPTION CREATION) "
+              "OPTION OPTION)");
+    EXPECT_EQ(parse_rule("SHOW other.h5 /", ORMAK_RULE(statement)),
+              "(SHOW_OBJECT OPTION (OPTION other.h5) (OPTION /) OPTION OPTION OPTION OPTION OPTION)");
+    EXPECT_EQ(parse_rule("SHOW SOFT LINK /g", ORMAK_RULE(statement)),
+              "(SHOW_OBJECT (OPTION LINK) OPTION (OPTION /g) OPTION OPTION OPTION OPTION OPTION)");
+    EXPECT_EQ(parse_rule("SHOW EXTERNAL LINK", ORMAK_RULE(statement)),
+              "(SHOW_OBJECT (OPTION EXTERNAL) OPTION OPTION OPTION OPTION OPTION OPTION OPTION)");
+    EXPECT_EQ(parse_rule("SHOW EXTERNAL LINK PREFIX", ORMAK_RULE(statement)), "(SHOW_EXTERNAL_LINK_PREFIX OPTION OPTION)");
+    // DEEP keeps its commas; alone it is an empty list.
+    EXPECT_EQ(parse_rule("SHOW LIKE \"**/a/**\" DEEP 1, , 3", ORMAK_RULE(statement)),
+              "(SHOW_OBJECT OPTION OPTION OPTION (OPTION **/a/** (LIST 1 , , 3)) OPTION OPTION OPTION OPTION)");
+    EXPECT_EQ(parse_rule("SHOW LIKE \"**\" DEEP", ORMAK_RULE(statement)),
+              "(SHOW_OBJECT OPTION OPTION OPTION (OPTION ** LIST) OPTION OPTION OPTION OPTION)");
+    EXPECT_EQ(parse_rule("SHOW g WHERE TYPE = GROUP AND DATA TYPE <> INT ORDER CREATION", ORMAK_RULE(statement)),
+              "(SHOW_OBJECT OPTION OPTION (OPTION g) OPTION (OPTION (TYPE = GROUP) AND (DATA <> INT)) "
+              "(OPTION CREATION) OPTION OPTION)");
+    // ORDER: creation order, post-processing, or the property of an object.
+    EXPECT_EQ(parse_rule("SHOW ORDER DESCEND", ORMAK_RULE(statement)),
+              "(SHOW_OBJECT OPTION OPTION OPTION OPTION OPTION OPTION (OPTION (LIST ORDER DESCEND)) OPTION)");
+    EXPECT_EQ(parse_rule("SHOW ATTRIBUTE ORDER CREATION", ORMAK_RULE(statement)),
+              "(SHOW_OBJECT (OPTION ATTRIBUTE) OPTION OPTION OPTION OPTION (OPTION CREATION) OPTION OPTION)");
+    EXPECT_EQ(parse_rule("SHOW AT ORDER , REVERSE", ORMAK_RULE(statement)),
+              "(SHOW_OBJECT (OPTION AT) OPTION OPTION OPTION OPTION OPTION (OPTION (LIST ORDER , REVERSE)) OPTION)");
+    EXPECT_EQ(parse_rule("SHOW ORDER d", ORMAK_RULE(statement)),
+              "(SHOW_ORDER OPTION (OPTION (LIST (LIST OPTION d))) OPTION OPTION)");
+    EXPECT_EQ(parse_rule("SHOW GROUP ORDER DESCEND TOP 3 INTO TEXT FILE groups.txt", ORMAK_RULE(statement)),
+              "(SHOW_OBJECT (OPTION GROUP) OPTION OPTION OPTION OPTION OPTION (OPTION (LIST ORDER DESCEND TOP 3)) "
+              "(OPTION (LIST OPTION OPTION (OPTION groups.txt) OPTION OPTION OPTION OPTION OPTION OPTION)))");
+    // DATASET alone lists; with CACHE or DATA TYPE behind it, it asks about settings or a type.
+    EXPECT_EQ(parse_rule("SHOW DATASET", ORMAK_RULE(statement)),
+              "(SHOW_OBJECT (OPTION DATASET) OPTION OPTION OPTION OPTION OPTION OPTION OPTION)");
+    EXPECT_EQ(parse_rule("SHOW DATASET CACHE", ORMAK_RULE(statement)),
+              "(SHOW_CACHE OPTION (OPTION DATASET) OPTION OPTION OPTION)");
+    EXPECT_EQ(parse_rule("SHOW a b c", ORMAK_RULE(statement)), "ERROR");
+    // The file system; a keyword such as DATA is a name only when quoted.
+    EXPECT_EQ(parse_rule("SHOW DIRECTORY", ORMAK_RULE(statement)), "(SHOW_DIRECTORY OPTION OPTION OPTION OPTION)");
+    EXPECT_EQ(parse_rule("SHOW FILE \"data\" LIKE \"\\.h5$\"", ORMAK_RULE(statement)),
+              "(SHOW_FILE (OPTION data) (OPTION \\.h5$) OPTION OPTION)");
+    EXPECT_EQ(parse_rule("SHOW DIRECTORY /tmp/ LIKE x DEEP 2 ORDER DESCEND", ORMAK_RULE(statement)),
+              "(SHOW_DIRECTORY (OPTION /tmp/) (OPTION x (LIST 2)) (OPTION (LIST ORDER DESCEND)) OPTION)");
+    EXPECT_EQ(parse_rule("SHOW FILE", ORMAK_RULE(statement)), "(SHOW_FILE OPTION OPTION OPTION OPTION)");
+    EXPECT_EQ(parse_rule("SHOW FILE SIZE", ORMAK_RULE(statement)), "(SHOW_FILE_SIZE OPTION OPTION OPTION)");
+    EXPECT_EQ(parse_rule("SHOW FILE CACHE", ORMAK_RULE(statement)),
+              "(SHOW_CACHE OPTION (OPTION FILE) OPTION OPTION OPTION)");
+    EXPECT_EQ(parse_rule("SHOW FILE data", ORMAK_RULE(statement)), "ERROR");
+}
+
+TEST(TreeShape, ShowPropertiesOfObjects) {
+    EXPECT_EQ(parse_rule("SHOW TYPE g, d, l", ORMAK_RULE(statement)),
+              "(SHOW_TYPE (OPTION (LIST (LIST OPTION g) (LIST OPTION d) (LIST OPTION l))) OPTION OPTION)");
+    EXPECT_EQ(parse_rule("SHOW DATASET DATA TYPE d", ORMAK_RULE(statement)),
+              "(SHOW_DATA_TYPE (OPTION DATASET) (OPTION (LIST (LIST OPTION d))) OPTION OPTION)");
+    EXPECT_EQ(parse_rule("SHOW ENDIANNESS f.h5 d, a", ORMAK_RULE(statement)),
+              "(SHOW_ENDIANNESS OPTION (OPTION (LIST (LIST (OPTION f.h5) d) (LIST OPTION a))) OPTION OPTION)");
+    EXPECT_EQ(parse_rule("SHOW AT TAG a TOP 1", ORMAK_RULE(statement)),
+              "(SHOW_TAG (OPTION AT) (OPTION (LIST (LIST OPTION a))) (OPTION (LIST TOP 1)) OPTION)");
+    EXPECT_EQ(parse_rule("SHOW MASK c(1, 0), d", ORMAK_RULE(statement)),
+              "(SHOW_MASK (OPTION (LIST (LIST OPTION c (OPTION (LIST 1 0))) (LIST OPTION d OPTION))) OPTION OPTION)");
+    // DIMENSION and MAX DIMENSION differ in slot 1 only.
+    EXPECT_EQ(parse_rule("SHOW DIMENSION d", ORMAK_RULE(statement)),
+              "(SHOW_DIMENSION OPTION OPTION OPTION d OPTION OPTION)");
+    EXPECT_EQ(parse_rule("SHOW ATTRIBUTE MAX DIMENSION f.h5 a", ORMAK_RULE(statement)),
+              "(SHOW_DIMENSION (OPTION ATTRIBUTE) (OPTION MAX) (OPTION f.h5) a OPTION OPTION)");
+    EXPECT_EQ(parse_rule("SHOW STORAGE DIMENSION d", ORMAK_RULE(statement)),
+              "(SHOW_STORAGE_DIMENSION OPTION d OPTION OPTION)");
+    EXPECT_EQ(parse_rule("SHOW STORAGE TYPE d", ORMAK_RULE(statement)),
+              "(SHOW_STORAGE_TYPE (OPTION (LIST (LIST OPTION d))) OPTION OPTION)");
+    EXPECT_EQ(parse_rule("SHOW STORAGE ALLOCATION d", ORMAK_RULE(statement)),
+              "(SHOW_STORAGE_ALLOCATION (OPTION (LIST (LIST OPTION d))) OPTION OPTION)");
+    EXPECT_EQ(parse_rule("SHOW FILL TYPE d", ORMAK_RULE(statement)),
+              "(SHOW_FILL_TYPE (OPTION (LIST (LIST OPTION d))) OPTION OPTION)");
+    EXPECT_EQ(parse_rule("SHOW FILL VALUE other.h5 /d", ORMAK_RULE(statement)),
+              "(SHOW_FILL_VALUE (OPTION other.h5) /d OPTION OPTION)");
+    // ATTRIBUTE ORDER against ORDER, and the ORDER of post-processing behind it.
+    EXPECT_EQ(parse_rule("SHOW ATTRIBUTE ORDER g", ORMAK_RULE(statement)),
+              "(SHOW_ORDER (OPTION ATTRIBUTE) (OPTION (LIST (LIST OPTION g))) OPTION OPTION)");
+    EXPECT_EQ(parse_rule("SHOW ORDER g ORDER DESCEND", ORMAK_RULE(statement)),
+              "(SHOW_ORDER OPTION (OPTION (LIST (LIST OPTION g))) (OPTION (LIST ORDER DESCEND)) OPTION)");
+    EXPECT_EQ(parse_rule("SHOW SIZE d", ORMAK_RULE(statement)),
+              "(SHOW_SIZE OPTION (OPTION (LIST (LIST OPTION d))) OPTION OPTION)");
+    // FILE SIZE beside FILE VALIDITY and the caches of files.
+    EXPECT_EQ(parse_rule("SHOW FILE SIZE a.h5, b.h5", ORMAK_RULE(statement)),
+              "(SHOW_FILE_SIZE (OPTION (LIST a.h5 b.h5)) OPTION OPTION)");
+    EXPECT_EQ(parse_rule("SHOW FILE SIZE TOP 1", ORMAK_RULE(statement)),
+              "(SHOW_FILE_SIZE OPTION (OPTION (LIST TOP 1)) OPTION)");
+    EXPECT_EQ(parse_rule("SHOW FILE CACHE SIZE", ORMAK_RULE(statement)),
+              "(SHOW_CACHE OPTION (OPTION FILE) (OPTION SIZE) OPTION OPTION)");
+    EXPECT_EQ(parse_rule("SHOW DATASET CACHE", ORMAK_RULE(statement)),
+              "(SHOW_CACHE OPTION (OPTION DATASET) OPTION OPTION OPTION)");
+    EXPECT_EQ(parse_rule("SHOW SIZE", ORMAK_RULE(statement)), "ERROR");
+    EXPECT_EQ(parse_rule("SHOW FILL VALUE", ORMAK_RULE(statement)), "ERROR");
+    EXPECT_EQ(parse_rule("SHOW DATASET ORDER d", ORMAK_RULE(statement)), "ERROR");
 }
 
 TEST(TreeShape, ShowSettingsKeepTheFileInUseAndTheParameter) {
