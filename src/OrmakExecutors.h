@@ -67,6 +67,14 @@ int ormak_rename_object(pANTLR3_BASE_TREE object_list, pANTLR3_BASE_TREE object_
 /* Duplicates objects and attributes, within a file or into the file that a target names. */
 int ormak_copy_object(pANTLR3_BASE_TREE object_list, pANTLR3_BASE_TREE object_new_list, int object_type,
                       int object_truncate);
+/* Removes objects and attributes by name; a name written like a directory ("g/", ".", "..")
+   means the contents of the group, which stays. With a null list: everything of object_type
+   in the current group. */
+int ormak_drop_object(pANTLR3_BASE_TREE object_list, int object_type);
+/* Removes what a LIKE expression matches under object_name (or the current group), in
+   file_name when given; deep_list is the DEEP clause or null. */
+int ormak_drop_object_like(const char *file_name, const char *object_name, int object_type,
+                           const char *regular_expression, pANTLR3_BASE_TREE deep_list);
 
 /* Data. */
 int ormak_insert(pANTLR3_BASE_TREE object_selection_list, int direct, int direct_mask, int direct_mask_value,

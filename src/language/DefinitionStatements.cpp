@@ -113,4 +113,17 @@ int read_copy_object(pANTLR3_BASE_TREE statement, int) {
                              tree::flag(statement, 0));
 }
 
+/* Slots: the kind, the list, the file, the object, LIKE (the expression and the depths). */
+int read_drop_object(pANTLR3_BASE_TREE statement, int) {
+    const int object_type = read_object_type(tree::slot(statement, 0));
+    pANTLR3_BASE_TREE list = tree::slot(statement, 1);
+    if (tree::count(list) == 1) return ormak_drop_object(tree::child(list, 0), object_type);
+    const char *file_name = tree::name(statement, 2);
+    pANTLR3_BASE_TREE like = tree::slot(statement, 4);
+    const char *object_name = tree::name(statement, 3);
+    if (tree::count(like) == 0) return ormak_drop_object(nullptr, object_type);
+    return ormak_drop_object_like(file_name, object_name, object_type, tree::text(tree::child(like, 0)),
+                                  tree::count(like) == 1 ? nullptr : tree::child(like, 1));
+}
+
 } // namespace ormak

@@ -28,6 +28,7 @@ const Row rows[] = {
     {COPY_OBJECT, read_copy_object},
     {DROP_DIRECTORY, read_drop_directory},
     {DROP_FILE, read_drop_file},
+    {DROP_OBJECT, read_drop_object},
     {INSERT, read_insert},
     {SELECT, read_select},
     {USE_DIRECTORY, read_use_directory},

@@ -144,7 +144,7 @@ copy_statement
     ;
 
 drop_statement
-    : DROP_KEYWORD! (drop_directory_statement | drop_file_statement)
+    : DROP_KEYWORD! (drop_directory_statement | drop_file_statement | drop_object_statement)
     ;
 
 use_statement
@@ -294,6 +294,19 @@ drop_directory_statement
 
 drop_file_statement
     : FILE_KEYWORD value_list -> ^(DROP_FILE ^(OPTION value_list))
+    ;
+
+// Objects by name, everything of a kind in the current group (nothing behind the kind), or
+// the paths that match an expression under an optional [file] object.
+drop_object_statement
+    : object_type?
+      ( (STRING_KEYWORD* LIKE_KEYWORD)=>
+          (file=STRING_KEYWORD object=STRING_KEYWORD | object=STRING_KEYWORD)?
+          LIKE_KEYWORD expression=STRING_KEYWORD (DEEP_KEYWORD number_optional_list)?
+      | file_object_list
+      )?
+      -> ^(DROP_OBJECT ^(OPTION object_type?) ^(OPTION file_object_list?) ^(OPTION $file?) ^(OPTION $object?)
+           ^(OPTION $expression? number_optional_list?))
     ;
 
 // Objects with their selections, divided by commas; a comma before "(" belongs to the points.

@@ -51,6 +51,7 @@ int read_rename_object(pANTLR3_BASE_TREE statement, int programming_language);
 int read_copy_object(pANTLR3_BASE_TREE statement, int programming_language);
 int read_drop_directory(pANTLR3_BASE_TREE statement, int programming_language);
 int read_drop_file(pANTLR3_BASE_TREE statement, int programming_language);
+int read_drop_object(pANTLR3_BASE_TREE statement, int programming_language);
 int read_insert(pANTLR3_BASE_TREE statement, int programming_language);
 int read_select(pANTLR3_BASE_TREE statement, int programming_language);
 int read_use_directory(pANTLR3_BASE_TREE statement, int programming_language);

@@ -76,6 +76,30 @@ TEST(TreeShape, RenameAndCopyOfObjects) {
     EXPECT_EQ(parse_rule("COPY HARD LINK a TO b", ORMAK_RULE(statement)), "ERROR");
 }
 
+TEST(TreeShape, DropOfObjects) {
+    EXPECT_EQ(parse_rule("DROP DATASET d, e", ORMAK_RULE(statement)),
+              "(DROP_OBJECT (OPTION DATASET) (OPTION (LIST (LIST OPTION d) (LIST OPTION e))) OPTION OPTION OPTION)");
+    EXPECT_EQ(parse_rule("DROP f.h5 g/, d/unit", ORMAK_RULE(statement)),
+              "(DROP_OBJECT OPTION (OPTION (LIST (LIST (OPTION f.h5) g/) (LIST OPTION d/unit))) OPTION OPTION OPTION)");
+    EXPECT_EQ(parse_rule("DROP ATTRIBUTE d/unit", ORMAK_RULE(statement)),
+              "(DROP_OBJECT (OPTION ATTRIBUTE) (OPTION (LIST (LIST OPTION d/unit))) OPTION OPTION OPTION)");
+    EXPECT_EQ(parse_rule("DROP EXTERNAL LINK front", ORMAK_RULE(statement)),
+              "(DROP_OBJECT (OPTION EXTERNAL) (OPTION (LIST (LIST OPTION front))) OPTION OPTION OPTION)");
+    EXPECT_EQ(parse_rule("DROP", ORMAK_RULE(statement)), "(DROP_OBJECT OPTION OPTION OPTION OPTION OPTION)");
+    EXPECT_EQ(parse_rule("DROP SOFT LINK", ORMAK_RULE(statement)), "(DROP_OBJECT (OPTION LINK) OPTION OPTION OPTION OPTION)");
+    EXPECT_EQ(parse_rule("DROP DATASET runs LIKE \"tmp_.*\" DEEP 2", ORMAK_RULE(statement)),
+              "(DROP_OBJECT (OPTION DATASET) OPTION OPTION (OPTION runs) (OPTION tmp_.* (LIST 2)))");
+    EXPECT_EQ(parse_rule("DROP other.h5 / LIKE \"**\"", ORMAK_RULE(statement)),
+              "(DROP_OBJECT OPTION OPTION (OPTION other.h5) (OPTION /) (OPTION **))");
+    EXPECT_EQ(parse_rule("DROP LIKE \"x\" DEEP 1, , 3", ORMAK_RULE(statement)),
+              "(DROP_OBJECT OPTION OPTION OPTION OPTION (OPTION x (LIST 1 , , 3)))");
+    EXPECT_EQ(parse_rule("DROP FILE a, b", ORMAK_RULE(statement)), "(DROP_FILE (OPTION (LIST a b)))");
+    EXPECT_EQ(parse_rule("DROP DIRECTORY a", ORMAK_RULE(statement)), "(DROP_DIRECTORY (OPTION (LIST a)))");
+    EXPECT_EQ(parse_rule("DROP a b c LIKE \"x\"", ORMAK_RULE(statement)), "ERROR");
+    EXPECT_EQ(parse_rule("DROP GROUP LIKE", ORMAK_RULE(statement)), "ERROR");
+    EXPECT_EQ(parse_rule("DROP HARD LINK a", ORMAK_RULE(statement)), "ERROR");
+}
+
 TEST(TreeShape, DatasetStatementHasTwentySlots) {
     EXPECT_EQ(parse_rule("CREATE DATASET d AS INT", ORMAK_RULE(statement)),
               "(CREATE_DATASET OPTION OPTION OPTION (OPTION (LIST (LIST OPTION d))) OPTION OPTION (OPTION INT) OPTION "

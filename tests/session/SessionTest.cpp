@@ -24,7 +24,7 @@ using Session = OrmakTest;
 
 TEST_F(Session, NullScriptResetsTheOutcomeOfTheLastScript) {
     EXPECT_EQ(run("DROP FILE missing.h5"), ORMAK_ERROR_NOT_FOUND);
-    EXPECT_EQ(run("DROP"), ORMAK_ERROR_PARSE);
+    EXPECT_EQ(run("DROP FILE"), ORMAK_ERROR_PARSE);
     EXPECT_NE(ormak_error_get_line(), -1);
     EXPECT_EQ(ormak_execute(nullptr), 0);
     EXPECT_EQ(ormak_execute_get_status(), 0);
