@@ -72,41 +72,21 @@ void *ShowFrame::next_slot() {
     return (char *)result_.data() + (size_t)added_ * bytes;
 }
 
-int ShowFrame::add_int(int value) {
+int ShowFrame::add_bytes(const void *value, int size) {
     if (direct_) {
-        if (_ormak_cursor_add(&value, sizeof value) != ORMAK_SUCCESS) return fail_memory();
+        if (_ormak_cursor_add(value, size) != ORMAK_SUCCESS) return fail_memory();
     } else {
         void *slot = next_slot();
         if (slot == nullptr) return ORMAK_SUCCESS;
-        memcpy(slot, &value, sizeof value);
+        memcpy(slot, value, (size_t)size);
     }
     added_++;
     return ORMAK_SUCCESS;
 }
 
-int ShowFrame::add_bigint(int64_t value) {
-    if (direct_) {
-        if (_ormak_cursor_add(&value, sizeof value) != ORMAK_SUCCESS) return fail_memory();
-    } else {
-        void *slot = next_slot();
-        if (slot == nullptr) return ORMAK_SUCCESS;
-        memcpy(slot, &value, sizeof value);
-    }
-    added_++;
-    return ORMAK_SUCCESS;
-}
-
-int ShowFrame::add_double(double value) {
-    if (direct_) {
-        if (_ormak_cursor_add(&value, sizeof value) != ORMAK_SUCCESS) return fail_memory();
-    } else {
-        void *slot = next_slot();
-        if (slot == nullptr) return ORMAK_SUCCESS;
-        memcpy(slot, &value, sizeof value);
-    }
-    added_++;
-    return ORMAK_SUCCESS;
-}
+int ShowFrame::add_int(int value) { return add_bytes(&value, sizeof value); }
+int ShowFrame::add_bigint(int64_t value) { return add_bytes(&value, sizeof value); }
+int ShowFrame::add_double(double value) { return add_bytes(&value, sizeof value); }
 
 int ShowFrame::add_text(const char *text, int size, size_t block) {
     const size_t length = size >= 0 ? (size_t)size : strlen(text);

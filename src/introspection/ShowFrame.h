@@ -108,6 +108,8 @@ private:
     int fail_memory() const;
     /* Room for the next value in the buffer, or null when the result is full. */
     void *next_slot();
+    /* One fixed-width value into the cursor or the next slot of the buffer. */
+    int add_bytes(const void *value, int size);
 
     pANTLR3_BASE_TREE post_processing_list_;
     pANTLR3_BASE_TREE output_redirecting_;
