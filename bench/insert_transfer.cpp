@@ -21,37 +21,17 @@
 #include <vector>
 
 #include "Ormak.h"
+#include "Timing.h"
+
+using namespace bench;
 
 namespace {
-
-double seconds(const std::function<void()> &work) {
-    auto start = std::chrono::steady_clock::now();
-    work();
-    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-}
-
-double median(std::vector<double> times) {
-    std::sort(times.begin(), times.end());
-    return times[times.size() / 2];
-}
-
-void check(int status) {
-    if (status != ORMAK_SUCCESS) {
-        fprintf(stderr, "%s (status %d)\n", ormak_error_get_message(), status);
-        exit(1);
-    }
-}
 
 /* Writes `values` over the whole dataset /d of `file` through the plain calls. */
 void raw_write(hid_t file, const double *values) {
     hid_t dataset = H5Dopen2(file, "/d", H5P_DEFAULT);
     if (H5Dwrite(dataset, H5T_NATIVE_DOUBLE, H5S_ALL, H5S_ALL, H5P_DEFAULT, values) < 0) exit(1);
     H5Dclose(dataset);
-}
-
-void report(const char *what, double baseline, double ours, const char *target) {
-    printf("%-44s baseline %8.3f s   ormak %8.3f s   speed ratio %.3f   (%s)\n", what, baseline, ours, baseline / ours,
-           target);
 }
 
 } // namespace

@@ -18,21 +18,9 @@
 #include <vector>
 
 #include "Ormak.h"
+#include "Timing.h"
 
-namespace {
-
-double seconds(const std::function<void()> &work) {
-    auto start = std::chrono::steady_clock::now();
-    work();
-    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-}
-
-double median(std::vector<double> times) {
-    std::sort(times.begin(), times.end());
-    return times[times.size() / 2];
-}
-
-} // namespace
+using namespace bench;
 
 int main(int argc, char **argv) {
     int runs = argc > 1 ? atoi(argv[1]) : 5;

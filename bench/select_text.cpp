@@ -23,26 +23,11 @@
 #include <vector>
 
 #include "Ormak.h"
+#include "Timing.h"
+
+using namespace bench;
 
 namespace {
-
-double seconds(const std::function<void()> &work) {
-    auto start = std::chrono::steady_clock::now();
-    work();
-    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-}
-
-double median(std::vector<double> times) {
-    std::sort(times.begin(), times.end());
-    return times[times.size() / 2];
-}
-
-void check(int status) {
-    if (status != ORMAK_SUCCESS) {
-        fprintf(stderr, "%s (status %d)\n", ormak_error_get_message(), status);
-        exit(1);
-    }
-}
 
 /* Whether two files hold the same bytes; tells where they part when they do not. */
 bool same_files(const char *first, const char *second) {
