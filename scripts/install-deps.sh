@@ -10,6 +10,8 @@ packages=(
   googletest libgtest-dev
   libedit-dev
   default-jdk-headless
+  python3-numpy python3-pytest python3-setuptools python3-pip
+  python3-h5py hdf5-tools
 )
 
 missing=()
