@@ -79,14 +79,15 @@ int memory_input(int data_type, int data_count, int data_size, int selection, vo
     if (programming_language == kJava && (fixed || data_type == ORMAK_VARCHAR)) {
         /* The binding fills the buffer through the accessors by slot number. */
         slot->address = (uintptr_t)buffer;
-        int delivered = _ormak_variable_operation(0, variable_number, (int)(variable_size < 0 ? needed : variable_size));
+        int delivered = _ormak_variable_operation(0, variable_number, (int)given);
         if (data_type == ORMAK_VARCHAR) *data_allocated = kOwnedStrings;
         long long kept = variable_size < 0 ? std::max(0, delivered) : given;
         if (selection == -1 && kept < needed) memset(buffer + kept * unit, 0, (size_t)(needed - kept) * unit);
         return ORMAK_SUCCESS;
     }
-    /* Java records come only with a size; without one they stay absent. */
-    if (programming_language == kJava && variable_size < 0) return ORMAK_SUCCESS;
+    /* Java has no accessors for variable-length records, and its slot's address is only
+       scratch: they stay absent. */
+    if (programming_language == kJava) return ORMAK_SUCCESS;
     if (programming_language == kWideCells && narrows(data_type)) {
         narrow(data_type, data_count, data_size, variable_size, block, buffer);
         return ORMAK_SUCCESS;
