@@ -38,6 +38,30 @@ public:
         return values;
     }
     std::vector<int> ints() const { return read<int>(H5T_NATIVE_INT); }
+    /* Variable-length strings, a null one as "(null)"; HDF5's copies are freed. */
+    std::vector<std::string> strings() const {
+        hid_t memory = H5Tcopy(H5T_C_S1);
+        H5Tset_size(memory, H5T_VARIABLE);
+        H5Tset_cset(memory, H5Tget_cset(type_));
+        std::vector<std::string> result;
+        for (char *text : read<char *>(memory)) {
+            result.push_back(text ? text : "(null)");
+            H5free_memory(text);
+        }
+        H5Tclose(memory);
+        return result;
+    }
+    /* Variable-length values, their members read as ints; HDF5's copies are freed. */
+    std::vector<std::vector<int>> lists() const {
+        hid_t memory = H5Tvlen_create(H5T_NATIVE_INT);
+        std::vector<std::vector<int>> result;
+        for (hvl_t list : read<hvl_t>(memory)) {
+            result.emplace_back((int *)list.p, (int *)list.p + list.len);
+            H5free_memory(list.p);
+        }
+        H5Tclose(memory);
+        return result;
+    }
     /* The elements' bytes as stored, for text and opaque types. */
     std::vector<char> bytes() const {
         std::vector<char> values(H5Sget_simple_extent_npoints(space_) * H5Tget_size(type_));

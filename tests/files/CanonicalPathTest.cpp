@@ -21,9 +21,8 @@ TEST_F(CanonicalPath, RelativeNamesStartAtTheCurrentGroup) {
     const std::pair<const char *, const char *> table[] = {
         {"c", "/a/b/c"},          {"./c", "/a/b/c"},       {"../c", "/a/c"},         {"../../../c", "/c"},
         {"..", "/a"},             {"../..", "/"},          {"../../..", "/"},        {"/c", "/c"},
-        {"//c", "/c"},            {"///c/", "/c"},         {"", "/a/b"},             {".", "/a/b"},
-        {"./", "/a/b"},           {"c//d/", "/a/b/c/d"},   {"c/./d", "/a/b/c/d"},    {"c/../d", "/a/b/d"},
-        {"c.", "/a/b/c."},        {"c./d", "/a/b/c./d"},   {".c", "/a/b/.c"},        {"c..d", "/a/b/c..d"},
+        {"///c/", "/c"},          {"", "/a/b"},            {"./", "/a/b"},           {"c//d/", "/a/b/c/d"},
+        {"c/./d", "/a/b/c/d"},    {"c/../d", "/a/b/d"},    {"c./d", "/a/b/c./d"},    {".c", "/a/b/.c"},
         {"..c", "/a/b/..c"},      {"...", "/a/b/..."},
     };
     for (const auto &row : table) {

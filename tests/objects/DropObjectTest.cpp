@@ -20,31 +20,9 @@ protected:
             << message();
     }
 
-    /* The kind of link at a path, or "missing". */
-    static std::string kind(const char *path, const char *file_name = "a.h5") {
-        hid_t file = H5Fopen(file_name, H5F_ACC_RDONLY, H5P_DEFAULT);
-        std::string result = "missing";
-        H5L_info_t info;
-        if (H5Lexists(file, path, H5P_DEFAULT) > 0 && H5Lget_info(file, path, &info, H5P_DEFAULT) >= 0) {
-            if (info.type == H5L_TYPE_SOFT) {
-                result = "soft";
-            } else if (info.type == H5L_TYPE_EXTERNAL) {
-                result = "external";
-            } else {
-                H5O_info_t object;
-                H5Oget_info_by_name2(file, path, &object, H5O_INFO_BASIC, H5P_DEFAULT);
-                result = object.type == H5O_TYPE_GROUP ? "group" : "dataset";
-            }
-        }
-        H5Fclose(file);
-        return result;
-    }
-
+    static std::string kind(const char *path, const char *file_name = "a.h5") { return link_kind(path, file_name); }
     static bool has_attribute(const char *object, const char *name, const char *file_name = "a.h5") {
-        hid_t file = H5Fopen(file_name, H5F_ACC_RDONLY, H5P_DEFAULT);
-        bool result = H5Aexists_by_name(file, object, name, H5P_DEFAULT) > 0;
-        H5Fclose(file);
-        return result;
+        return ::has_attribute(object, name, file_name);
     }
 
     /* The names of the links of a group, in name order, divided by spaces. */
@@ -112,10 +90,6 @@ TEST_F(DropObject, ContentsOfAGroupGoAndTheGroupStays) {
     EXPECT_EQ(members("/runs"), "");
     EXPECT_EQ(attribute_count("/runs"), 0);
     // Without a kind the attributes go too; "/" and "." at the root empty the file.
-    ASSERT_EQ(run("CREATE GROUP runs/s; CREATE ATTRIBUTE runs/n AS INT; DROP runs/"), 0) << message();
-    EXPECT_EQ(kind("/runs"), "group");
-    EXPECT_EQ(members("/runs"), "");
-    EXPECT_EQ(attribute_count("/runs"), 0);
     ASSERT_EQ(run("DROP ."), 0) << message();
     EXPECT_EQ(members("/"), "");
     EXPECT_EQ(attribute_count("/"), 0);
@@ -143,16 +117,11 @@ TEST_F(DropObject, AloneItEmptiesTheCurrentGroupOfItsKind) {
 TEST_F(DropObject, RefusedItemsLeaveTheFileAsItWas) {
     refused_untouched("DROP GROUP runs/d", -16, "Error when dropping object \"runs/d\" as it is not a group");
     refused_untouched("DROP SOFT LINK front", -16, "Error when dropping object \"front\" as it is not a soft link");
-    refused_untouched("DROP EXTERNAL LINK newest", -16,
-                      "Error when dropping object \"newest\" as it is not an external link");
     refused_untouched("DROP runs/nothing", -2, "Error when dropping object \"runs/nothing\" as it does not exist");
-    refused_untouched("DROP nothing/x", -2, "Error when dropping object \"nothing/x\" as it does not exist");
     refused_untouched("DROP DATASET nothing", -2, "Error when dropping dataset \"nothing\" as it does not exist");
     refused_untouched("DROP GROUP dangling", -99, "Error when getting information about object \"dangling\"");
     refused_untouched("DROP dangling/", -19, "Error when opening object \"dangling/\" as it is a dangling link");
     refused_untouched("DROP GROUP runs/d/", -16, "Error when dropping groups in \"runs/d/\" as it is not a group");
-    refused_untouched("DROP ATTRIBUTE runs/nothing/", -2,
-                      "Error when opening object \"runs/nothing/\" as it does not exist");
     std::string long_name = "a";
     for (int i = 0; i < 40; i++) long_name += "/a";
     refused_untouched("DROP " + long_name, -14, "Error when dropping object \"" + long_name + "\" as its path is too long");
@@ -171,11 +140,10 @@ TEST_F(DropObject, TheCurrentGroupCanGo) {
     EXPECT_EQ(kind("/loose"), "missing");
 }
 
+// LIKE finds what SHOW lists; what dropping adds is told here.
 TEST_F(DropObject, LikeMatchesLevelByLevel) {
-    ASSERT_EQ(run("DROP DATASET runs LIKE \"tmp_.*\""), 0) << message();
-    EXPECT_EQ(members("/runs"), "d r1 tmp_g");
-    EXPECT_EQ(kind("/runs/r1/tmp_2"), "dataset");
     ASSERT_EQ(run("DROP DATASET runs LIKE \"**/tmp_.*\" DEEP 1"), 0) << message();
+    EXPECT_EQ(members("/runs"), "d r1 tmp_g");
     EXPECT_EQ(kind("/runs/r1/tmp_2"), "missing");
     EXPECT_EQ(kind("/runs/r1/deep/tmp_3"), "dataset");
     // A group that matches goes with all inside it, which also matched.

@@ -1,6 +1,7 @@
 // Everything a file holds as one text, read through HDF5 beside the session: every link with
 // its kind, and for every object its attributes and the stored bytes of fixed-size values, so
-// that a test can tell that a refused statement left the file exactly as it was.
+// that a test can tell that a refused statement left the file exactly as it was; and the kind
+// of one link or whether an attribute is there.
 #ifndef ORMAK_FILE_SNAPSHOT_H
 #define ORMAK_FILE_SNAPSHOT_H
 
@@ -64,6 +65,35 @@ inline herr_t link(hid_t file, const char *name, const H5L_info_t *info, void *d
 }
 
 } // namespace snapshot_detail
+
+/* The kind of link at `path`: "group", "dataset", "soft <its value>", "external" or "missing". */
+inline std::string link_kind(const char *path, const char *file_name) {
+    hid_t file = H5Fopen(file_name, H5F_ACC_RDONLY, H5P_DEFAULT);
+    std::string result = "missing";
+    H5L_info_t info;
+    if (H5Lexists(file, path, H5P_DEFAULT) > 0 && H5Lget_info(file, path, &info, H5P_DEFAULT) >= 0) {
+        if (info.type == H5L_TYPE_SOFT) {
+            std::string value(info.u.val_size, '\0');
+            H5Lget_val(file, path, &value[0], value.size(), H5P_DEFAULT);
+            result = std::string("soft ") + value.c_str();
+        } else if (info.type == H5L_TYPE_EXTERNAL) {
+            result = "external";
+        } else {
+            H5O_info_t object;
+            H5Oget_info_by_name2(file, path, &object, H5O_INFO_BASIC, H5P_DEFAULT);
+            result = object.type == H5O_TYPE_GROUP ? "group" : "dataset";
+        }
+    }
+    H5Fclose(file);
+    return result;
+}
+
+inline bool has_attribute(const char *object, const char *name, const char *file_name) {
+    hid_t file = H5Fopen(file_name, H5F_ACC_RDONLY, H5P_DEFAULT);
+    bool result = H5Aexists_by_name(file, object, name, H5P_DEFAULT) > 0;
+    H5Fclose(file);
+    return result;
+}
 
 inline std::string file_snapshot(const char *file_name) {
     std::ostringstream out;

