@@ -116,6 +116,7 @@ void ormak_initialize(void) {
 }
 
 void ormak_finalize(void) {
+    ormak::release_scripts();
     for (int i = 0; i < ORMAK_VARIABLE_COUNT; i++) _ormak_variable_unregister(i);
     H5close();
     if (mpi_started_here) {

@@ -19,6 +19,9 @@ int errno_status(int error_number);
    are the plain form followed by the usual cause. */
 int fail_errno(int error_number, const char *plain_format, const char *name);
 
+/* Frees the recognizers and the recognised scripts kept for running again (Execute.cpp). */
+void release_scripts();
+
 /* One parameter of a traced executor, printed by its type. */
 struct TraceArg {
     enum Kind { Int, Text, Real, Pointer } kind;
