@@ -41,4 +41,6 @@ def test_many_executes_leave_nothing_behind(datafile):
     for variable in taken:
         variable.unregister()
     assert _library.lib.ormak_variable_get_number(arrays[0].ctypes.data) == ormak.ERROR_NOT_REGISTERED
-    assert grown < 1 << 18
+    # Freed memory waits in the sanitizer's quarantine, so only a plain build can tell growth.
+    if not os.environ.get("ORMAK_SANITIZED"):
+        assert grown < 1 << 18
