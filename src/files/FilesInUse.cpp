@@ -8,6 +8,7 @@
 #include "CanonicalPath.h"
 #include "FileNames.h"
 #include "FilesInUse.h"
+#include "ObjectCache.h"
 #include "../OrmakExecutors.h"
 #include "../language/TreeReader.h"
 #include "../session/Handle.h"
@@ -112,6 +113,9 @@ int open_file(const char *name, const OpenOptions &options) {
 
 /* Closes what a record holds; the record stays in the list when the file will not close. */
 int close_record(_ormak_file *file) {
+    /* Objects held open would keep the file open past its close, or make the close fail
+       under a strict close degree. */
+    ormak::object_cache::forget(file);
     if (file->group_id >= 0) H5Gclose(file->group_id);
     file->group_id = -1;
     if (file->property_access_list >= 0) H5Pclose(file->property_access_list);

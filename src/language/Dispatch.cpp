@@ -3,6 +3,7 @@
 #include "StatementReaders.h"
 #include "TreeReader.h"
 #include "../OrmakPrivateStructures.h"
+#include "../files/ObjectCache.h"
 
 namespace ormak {
 namespace {
@@ -81,12 +82,34 @@ const Row rows[] = {
     {SHOW_FILE_SIZE, read_show_file_size},
 };
 
+/* Statements that leave the objects held open by SELECT and INSERT as they are: those two
+   themselves, which change no name, and those that only touch the session or move between
+   files and groups in use (the held objects are known by file and canonical path). Every
+   other statement may create, drop, rename, link or reshape objects, close files, change
+   how objects open (access lists, the directory external links start from) or look at the
+   file's storage, which a held object's unwritten chunks would change: the held objects are
+   closed before it runs. */
+bool keeps_held_objects(int root) {
+    switch (root) {
+    case SELECT: case INSERT: case FLUSH: case USE_FILE: case USE_GROUP: case CLOSE_GROUP:
+    case SET_DEBUG: case SET_FLUSH: case SET_ATOMIC:
+    case SHOW_USE_DIRECTORY: case SHOW_USE_FILE: case SHOW_ALL_USE_FILE: case SHOW_USE_GROUP:
+    case SHOW_ORMAK_VERSION: case SHOW_HDF5_VERSION: case SHOW_PCRE_VERSION: case SHOW_ZLIB_VERSION:
+    case SHOW_MPI_VERSION: case SHOW_EXECUTE_STATUS: case SHOW_EXTERNAL_LINK_PREFIX: case SHOW_FLUSH:
+    case SHOW_DEBUG: case SHOW_LIBRARY_BOUNDS: case SHOW_CACHE: case SHOW_ATOMIC:
+        return true;
+    default:
+        return false;
+    }
+}
+
 } // namespace
 
 bool is_unknown_statement(pANTLR3_BASE_TREE statement) { return tree::type(statement) == UNKNOWN; }
 
 int dispatch(pANTLR3_BASE_TREE statement, int programming_language) {
     int root = tree::type(statement);
+    if (!keeps_held_objects(root)) object_cache::forget_all();
     for (const Row &row : rows) {
         if (row.root == root) return row.reader(statement, programming_language);
     }

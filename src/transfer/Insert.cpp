@@ -10,6 +10,7 @@
 #include "Values.h"
 #include "../OrmakExecutors.h"
 #include "../files/FileNames.h"
+#include "../files/ObjectCache.h"
 #include "../language/TreeReader.h"
 #include "../objects/ObjectStatement.h"
 #include "../session/Handle.h"
@@ -38,27 +39,20 @@ const char *kind_word(int object_type) {
 
 std::string insert_message(const char *word) { return std::string("Error when inserting data into ") + word + " \"%s\""; }
 
+/* The plain message of the statement by its keyword, made once rather than per statement. */
+const ormak::ObjectMessage &item_message(int object_type) {
+    static const ormak::ObjectMessage messages[] = {ormak::ObjectMessage(insert_message("object")),
+                                                    ormak::ObjectMessage(insert_message("dataset")),
+                                                    ormak::ObjectMessage(insert_message("attribute"))};
+    return messages[object_type == ORMAK_DATASET ? 1 : object_type == ORMAK_ATTRIBUTE ? 2 : 0];
+}
+
 int refuse(int status, const char *word, const char *name, const char *cause) {
     return ormak::ObjectMessage(insert_message(word)).fail(status, name, cause);
 }
 
 bool is_variable(int data_type) {
     return ormak::is_variable_numeric(data_type) || data_type == ORMAK_VARCHAR;
-}
-
-/* HDF5's scale-offset filter overruns its buffer on what the n-bit filter packs, so no
-   value may be written through both. */
-bool passes_nbit_then_scaleoffset(hid_t dataset) {
-    ormak::Handle list(H5Pclose, H5Dget_create_plist(dataset));
-    bool nbit = false, scaleoffset = false;
-    for (int i = 0; list.valid() && i < H5Pget_nfilters(list); i++) {
-        unsigned flags, values[32];
-        size_t count = 32;
-        H5Z_filter_t filter = H5Pget_filter2(list, (unsigned)i, &flags, &count, values, 0, nullptr, nullptr);
-        nbit = nbit || filter == H5Z_FILTER_NBIT;
-        scaleoffset = scaleoffset || filter == H5Z_FILTER_SCALEOFFSET;
-    }
-    return nbit && scaleoffset;
 }
 
 /* Checks that need no target, made once before any is touched. */
@@ -86,7 +80,7 @@ int check_statement(Insert &s, const char *first) {
 }
 
 /* One target: resolve, open, select, have the values delivered, write. */
-int insert_one(Insert &s, pANTLR3_BASE_TREE target, const char *name) {
+int insert_one(Insert &s, pANTLR3_BASE_TREE target, const char *name, bool cached) {
     const char *word = kind_word(s.object_type);
     if (ormak::ends_with_slash(name))
         return refuse(ORMAK_ERROR_UNKNOWN, word, name, " as it should not end with \"/\"");
@@ -96,7 +90,7 @@ int insert_one(Insert &s, pANTLR3_BASE_TREE target, const char *name) {
         if (tree::count(tree::slot(target, 4)) > 1)
             return refuse(ORMAK_ERROR_NOT_SUPPORTED, "object", name, " as direct write does not support point selections");
     }
-    ormak::ObjectAccess access(ormak::kInsertWords, s.object_type);
+    ormak::ObjectAccess access(ormak::kInsertWords, s.object_type, cached && current_file->parallel != 0);
     int status = access.resolve(name);
     if (status != ORMAK_SUCCESS) return status;
     if (access.type == ORMAK_ATTRIBUTE && s.direct == 0)
@@ -107,7 +101,9 @@ int insert_one(Insert &s, pANTLR3_BASE_TREE target, const char *name) {
     if ((status = access.open(s.direct == 0, property_dataset_access_list1)) != ORMAK_SUCCESS) return status;
     if (s.direct == 0 && is_variable(access.data_type))
         return refuse(ORMAK_ERROR_NOT_SUPPORTED, "object", name, " as direct write does not support variable-length data types");
-    if (access.type == ORMAK_DATASET && s.direct != 0 && passes_nbit_then_scaleoffset(access.dataset))
+    /* HDF5's scale-offset filter overruns its buffer on what the n-bit filter packs, so no
+       value may be written through both. */
+    if (access.type == ORMAK_DATASET && s.direct != 0 && access.passes_nbit_then_scaleoffset())
         return refuse(ORMAK_ERROR_NOT_SUPPORTED, word, name,
                       " as data can not pass the n-bit filter followed by the scale-offset filter");
     if (current_file->parallel == 0 && is_variable(access.data_type))
@@ -137,7 +133,7 @@ int insert_one(Insert &s, pANTLR3_BASE_TREE target, const char *name) {
         ormak::InputClause input = s.input;
         /* No values and no FROM clause: the cursor in use. */
         if (input.input_type == -1) input.input_type = 2;
-        const std::vector<hsize_t> &walk = s.direct == 0 ? access.chunk_dimensions : access.dimensions;
+        const ormak::Dimensions &walk = s.direct == 0 ? access.chunk_dimensions : access.dimensions;
         status = values.fill(input, access.data_type, (int)count, access.size, access.selection, walk.data(),
                              (int)walk.size(), s.data_list, s.programming_language);
         if (status != ORMAK_SUCCESS) return status;
@@ -158,9 +154,8 @@ int insert_one(Insert &s, pANTLR3_BASE_TREE target, const char *name) {
         if (s.object_parallel == 0 && mpi_size > 0)
             written = H5Dwrite(access.dataset, access.memory_type, H5S_ALL, access.dataspace, s.transfer, values.data());
     } else {
-        hsize_t elements = (hsize_t)count;
-        ormak::Handle memory(H5Sclose, H5Screate_simple(1, &elements, nullptr));
-        written = H5Dwrite(access.dataset, access.memory_type, memory, access.dataspace, s.transfer, values.data());
+        written = H5Dwrite(access.dataset, access.memory_type, access.memory_space((hsize_t)count), access.dataspace,
+                           s.transfer, values.data());
     }
     if (written < 0) return ormak::ObjectMessage(insert_message(word)).fail_call(name);
     return ORMAK_SUCCESS;
@@ -185,15 +180,23 @@ extern "C" int ormak_insert(pANTLR3_BASE_TREE object_selection_list, int direct,
         s.transfer = transfer.get();
     }
     if (status == ORMAK_SUCCESS) {
-        const ormak::ObjectMessage message(insert_message(kind_word(object_type)));
+        /* Objects of the files in use are held open between statements, but not for a file
+           that an item opens itself, nor when the ranks write together. A chunk written as
+           it stands passes by what HDF5 keeps of the chunk with an open dataset (a held one
+           would then read the chunk with the filter mask it had): direct writes close the
+           held objects and open afresh. */
+        if (direct == 0) ormak::object_cache::forget_all();
         status = ormak::for_each_object(
-            object_selection_list, message,
+            object_selection_list, item_message(object_type),
             [&](const ormak::ObjectItem &item) {
-                return insert_one(s, tree::child(object_selection_list, item.index), item.object_name);
+                return insert_one(s, tree::child(object_selection_list, item.index), item.object_name,
+                                  item.file_name == nullptr && object_parallel != 0 && direct != 0);
             },
             object_parallel);
     }
     transfer.reset();
+    /* A statement run in a loop gathers no trace while debug is off. */
+    if (debug_status != 0) return status;
     return ormak::trace("ormak_insert", status,
                         {{"object_selection_list", (const void *)object_selection_list},
                          {"direct", direct},

@@ -3,11 +3,13 @@
 
 #include <algorithm>
 #include <new>
+#include <vector>
 
 #include "ObjectAccess.h"
 #include "OrmakParser.h"
 #include "Values.h"
 #include "../files/CanonicalPath.h"
+#include "../files/ObjectCache.h"
 #include "../language/TreeReader.h"
 #include "../objects/DataTypes.h"
 #include "../objects/ObjectStatement.h"
@@ -63,11 +65,75 @@ int ObjectAccess::open_parent(const char *path) {
     return object.valid() ? ORMAK_SUCCESS : -1;
 }
 
+ObjectAccess::~ObjectAccess() {
+    /* What came from the cache, or went into it, stays open there. */
+    if (held_) {
+        object.release();
+        dataset.release();
+        attribute.release();
+        dataspace.release();
+        data_type_id.release();
+        owned_memory_type_.release();
+    }
+}
+
+void ObjectAccess::take(CachedObject &entry) {
+    held_ = &entry;
+    type = entry.type;
+    object = entry.object;
+    dataset = entry.dataset;
+    attribute = entry.attribute;
+    dataspace = entry.dataspace;
+    data_type_id = entry.data_type_id;
+    owned_memory_type_ = entry.owned_memory_type;
+    memory_type = entry.memory_type;
+    data_type = entry.data_type;
+    size = entry.size;
+    dimensions.assign(entry.dimensions, (size_t)entry.rank);
+}
+
+/* Keeps what was just opened, unless it lies in another file than the one in use (reached
+   through an external link): held open, it would keep that file open too. */
+void ObjectAccess::keep() {
+    char here[ORMAK_TEXT_SIZE], there[ORMAK_TEXT_SIZE];
+    hid_t opened = type == ORMAK_DATASET ? dataset.get() : attribute.get();
+    ssize_t length = H5Fget_name(current_file->file_id, here, sizeof here);
+    if (length <= 0 || length >= (ssize_t)sizeof here || H5Fget_name(opened, there, sizeof there) != length ||
+        strcmp(here, there) != 0)
+        return;
+    CachedObject entry;
+    entry.file = current_file;
+    entry.file_id = current_file->file_id;
+    entry.object_type = object_type_;
+    strcpy(entry.path, path_);
+    entry.type = type;
+    entry.object = object;
+    entry.dataset = dataset;
+    entry.attribute = attribute;
+    entry.dataspace = dataspace;
+    entry.data_type_id = data_type_id;
+    entry.memory_type = memory_type;
+    entry.owned_memory_type = owned_memory_type_;
+    entry.data_type = data_type;
+    entry.size = size;
+    entry.rank = (int)dimensions.size();
+    std::copy(dimensions.begin(), dimensions.end(), entry.dimensions);
+    entry.nbit_then_scaleoffset = -1;
+    entry.memory_space = -1;
+    entry.used = 0;
+    held_ = object_cache::keep(entry);
+}
+
 int ObjectAccess::resolve(const char *object_name) {
     name = object_name;
-    char path[ORMAK_TEXT_SIZE];
+    char *path = path_;
     if (!canonical_path(object_name, path)) return fail(ORMAK_ERROR_UNKNOWN, kind_word(), " as its path is too long");
-    path_ = path;
+    if (cached_) {
+        if (CachedObject *entry = object_cache::find(current_file, path, object_type_)) {
+            take(*entry);
+            return ORMAK_SUCCESS;
+        }
+    }
     const bool root = object_name_list_count == 0;
     if (!root) attribute_name_ = object_name_list[object_name_list_count - 1];
     hid_t file = current_file->file_id;
@@ -84,7 +150,7 @@ int ObjectAccess::resolve(const char *object_name) {
 
     if (object_type_ == ORMAK_ATTRIBUTE) {
         if (!root && open_parent(path) != ORMAK_SUCCESS) {
-            std::string parent(path_);
+            std::string parent(path);
             parent.erase(parent.rfind('/') + 1);
             H5L_info_t link;
             if (H5Lget_info(file, parent.c_str(), &link, property_link_access_list) >= 0 &&
@@ -123,8 +189,11 @@ int ObjectAccess::open(bool chunked, hid_t access_list) {
     auto no_information = [&](const char *word) {
         return ormak::fail(ORMAK_ERROR_UNKNOWN, "Error when getting information about %s \"%s\"", word, name);
     };
+    int status = ORMAK_SUCCESS;
+    /* Direct chunk access never goes through the cache (see the executors). */
+    if (held_) return ORMAK_SUCCESS;
     if (type == ORMAK_DATASET) {
-        dataset = H5Dopen2(current_file->file_id, path_.c_str(), access_list);
+        dataset = H5Dopen2(current_file->file_id, path_, access_list);
         if (!dataset.valid()) return ormak::fail(ORMAK_ERROR_UNKNOWN, "Error when opening dataset \"%s\"", name);
         if (chunked) {
             creation_list = H5Dget_create_plist(dataset);
@@ -151,7 +220,44 @@ int ObjectAccess::open(bool chunked, hid_t access_list) {
         chunk_dimensions.assign((size_t)std::max(rank, 1), 0);
         if (H5Pget_chunk(creation_list, rank, chunk_dimensions.data()) < 0) return no_information("object");
     }
-    return map_type();
+    if ((status = map_type()) != ORMAK_SUCCESS) return status;
+    /* Only an object that opened completely is kept. */
+    if (cached_) keep();
+    return ORMAK_SUCCESS;
+}
+
+hid_t ObjectAccess::memory_space(hsize_t elements) {
+    if (!held_) {
+        owned_memory_space_ = H5Screate_simple(1, &elements, nullptr);
+        return owned_memory_space_;
+    }
+    /* A held object keeps one, so a statement run again on it makes none. */
+    hsize_t current = 0;
+    hid_t &space = held_->memory_space;
+    if (space >= 0 && (H5Sget_simple_extent_dims(space, &current, nullptr) != 1 || current != elements)) {
+        if (H5Sset_extent_simple(space, 1, &elements, nullptr) < 0) {
+            H5Sclose(space);
+            space = -1;
+        }
+    }
+    if (space < 0) space = H5Screate_simple(1, &elements, nullptr);
+    return space;
+}
+
+bool ObjectAccess::passes_nbit_then_scaleoffset() {
+    /* A dataset's filters never change, so the answer is kept with it. */
+    if (held_ && held_->nbit_then_scaleoffset >= 0) return held_->nbit_then_scaleoffset == 1;
+    Handle list(H5Pclose, H5Dget_create_plist(dataset));
+    bool nbit = false, scaleoffset = false;
+    for (int i = 0; list.valid() && i < H5Pget_nfilters(list); i++) {
+        unsigned flags, values[32];
+        size_t count = 32;
+        H5Z_filter_t filter = H5Pget_filter2(list, (unsigned)i, &flags, &count, values, 0, nullptr, nullptr);
+        nbit = nbit || filter == H5Z_FILTER_NBIT;
+        scaleoffset = scaleoffset || filter == H5Z_FILTER_SCALEOFFSET;
+    }
+    if (held_ && list.valid()) held_->nbit_then_scaleoffset = nbit && scaleoffset ? 1 : 0;
+    return nbit && scaleoffset;
 }
 
 int ObjectAccess::map_type() {
@@ -251,7 +357,12 @@ int ObjectAccess::hyperslabs(pANTLR3_BASE_TREE slabs, pANTLR3_BASE_TREE operator
     auto invalid = [&] { return fail(ORMAK_ERROR_UNKNOWN, either, " as hyperslab selection is invalid"); };
     for (int j = 0; j < tree::count(slabs); j++) {
         pANTLR3_BASE_TREE slab = tree::child(slabs, j);
-        std::vector<hsize_t> start(rank, 0), stride(rank, kUndefined), count_list(rank, 1), block(rank, kUndefined);
+        hsize_t start[ORMAK_MAX_DIMENSIONS], stride[ORMAK_MAX_DIMENSIONS], count_list[ORMAK_MAX_DIMENSIONS],
+            block[ORMAK_MAX_DIMENSIONS];
+        std::fill(start, start + rank, 0);
+        std::fill(stride, stride + rank, kUndefined);
+        std::fill(count_list, count_list + rank, 1);
+        std::fill(block, block + rank, kUndefined);
         size_t position = 0;
         int field = 0;
         for (int i = 0; i < tree::count(slab) && position < rank; i++) {
@@ -293,7 +404,7 @@ int ObjectAccess::hyperslabs(pANTLR3_BASE_TREE slabs, pANTLR3_BASE_TREE operator
                 return invalid();
         }
         H5S_seloper_t op = j == 0 ? H5S_SELECT_SET : operation(tree::type(tree::child(operators, j - 1)));
-        if (H5Sselect_hyperslab(dataspace, op, start.data(), stride.data(), count_list.data(), block.data()) < 0)
+        if (H5Sselect_hyperslab(dataspace, op, start, stride, count_list, block) < 0)
             return invalid();
     }
     return ORMAK_SUCCESS;

@@ -13,6 +13,7 @@
 #include "../OrmakExecutors.h"
 #include "../files/FileNames.h"
 #include "../files/FilesInUse.h"
+#include "../files/ObjectCache.h"
 #include "../language/TreeReader.h"
 #include "../session/Handle.h"
 #include "../session/Session.h"
@@ -45,13 +46,13 @@ constexpr long long kSlice = 16ll << 20;
    those of one read and one write of the whole. */
 int stream_binary(ormak::ObjectAccess &access, const ormak::OutputClause &output, int count, hid_t transfer,
                   const char *word, int programming_language) {
-    const std::vector<hsize_t> &dimensions = access.dimensions;
+    const ormak::Dimensions &dimensions = access.dimensions;
     const hsize_t rows = dimensions.empty() ? 1 : dimensions[0];
     const long long row_elements = rows ? count / (long long)rows : 0;
     const long long row_bytes = row_elements * access.size;
     const hsize_t slice_rows = (hsize_t)std::max(1ll, kSlice / std::max(row_bytes, 1ll));
     std::vector<char> slice((size_t)(std::min<hsize_t>(slice_rows, rows) * row_bytes));
-    std::vector<hsize_t> start(dimensions.size(), 0), extent(dimensions);
+    std::vector<hsize_t> start(dimensions.size(), 0), extent(dimensions.begin(), dimensions.end());
     for (hsize_t row = 0; row < rows; row += slice_rows) {
         const hsize_t taken = std::min(slice_rows, rows - row);
         start[0] = row;
@@ -95,12 +96,21 @@ extern "C" int ormak_select(pANTLR3_BASE_TREE object_selection, int direct, int 
     bool file_opened = false;
     int status = ORMAK_SUCCESS;
 
+    /* Objects of the files in use are held open between statements, but not for a file that
+       the statement opens itself, nor when it reads collectively, with a chunk cache of its
+       own or a chunk as it is stored. A dataset held open keeps the chunk cache it was opened
+       with, and HDF5 keeps what it knows of a chunk with it, which a direct transfer passes
+       by: these statements close the held objects and open afresh. */
+    const bool cached = file_name == nullptr && object_parallel != 0 && cache != 0 && direct != 0;
+    if (cache == 0 || direct == 0) ormak::object_cache::forget_all();
+
     /* Everything the statement opens lives in here, and is closed before a file that the
        statement opened for the object. */
     auto run = [&]() -> int {
         ormak::OutputClause output;
         ormak::Handle access_list(H5Pclose), transfer(H5Pclose);
-        ormak::ObjectAccess access(ormak::kSelectWords, object_type);
+        ormak::ObjectAccess access(ormak::kSelectWords, object_type,
+                                   cached && current_file && current_file->parallel != 0);
         ormak::ResultBuffer result;
         if (file_name) {
             int opened = _ormak_use_file(file_name, object_parallel);
@@ -169,7 +179,7 @@ extern "C" int ormak_select(pANTLR3_BASE_TREE object_selection, int direct, int 
             if (!access_list.valid() || H5Pset_chunk_cache(access_list, slots, size, preemption) < 0)
                 return ormak::fail(ORMAK_ERROR_UNKNOWN, "Error when setting cache parameters for dataset \"%s\"", name);
         }
-        if (access.type == ORMAK_DATASET && prefix_status == 0) {
+        if (access.type == ORMAK_DATASET && prefix_status == 0 && !access.held()) {
             if (!access_list.valid()) access_list = H5Pcreate(H5P_DATASET_ACCESS);
             if (!access_list.valid() || H5Pset_elink_prefix(access_list, external_link_prefix) < 0)
                 return ormak::fail(ORMAK_ERROR_UNKNOWN, "Error when setting external link prefix");
@@ -215,10 +225,8 @@ extern "C" int ormak_select(pANTLR3_BASE_TREE object_selection, int direct, int 
                 } else if (access.selection == -1) {
                     read = H5Dread(access.dataset, access.memory_type, H5S_ALL, H5S_ALL, H5P_DEFAULT, result.data());
                 } else {
-                    hsize_t elements = (hsize_t)count;
-                    ormak::Handle memory(H5Sclose, H5Screate_simple(1, &elements, nullptr));
-                    read = H5Dread(access.dataset, access.memory_type, memory, access.dataspace,
-                                   transfer.valid() ? transfer.get() : H5P_DEFAULT, result.data());
+                    read = H5Dread(access.dataset, access.memory_type, access.memory_space((hsize_t)count),
+                                   access.dataspace, transfer.valid() ? transfer.get() : H5P_DEFAULT, result.data());
                 }
                 if (read < 0) return refuse(ORMAK_ERROR_UNKNOWN, word, name, "");
                 if (is_variable(access.data_type)) result.own_elements();
@@ -239,6 +247,8 @@ extern "C" int ormak_select(pANTLR3_BASE_TREE object_selection, int direct, int 
         int closed = _ormak_close_file();
         if (closed != ORMAK_SUCCESS) status = closed;
     }
+    /* A statement run in a loop gathers no trace while debug is off. */
+    if (debug_status != 0) return status;
     return ormak::trace("ormak_select", status,
                         {{"object_selection", (const void *)object_selection},
                          {"direct", direct},
