@@ -93,7 +93,7 @@ def print_cursor():
 def run_script(script):
     """Runs a script and reports a failure; the status."""
     with lock:
-        status, _ = run(script)
+        status, _ = run(encode(script))
         if status != c.SUCCESS:
             message = error_message() or b"Error"
             line = lib.ormak_error_get_line()

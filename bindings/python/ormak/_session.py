@@ -73,14 +73,21 @@ def encode(script):
     return bytes(script)
 
 
-def run(script):
-    """Runs a script: the status and the slots of the transient variables it released."""
-    data = encode(script)
-    word = lib._ormak_execute(data, len(data), _LANGUAGE)
+_execute = lib._ormak_execute
+
+
+def run(data):
+    """Runs an encoded script: the status and the slots of the transient variables it released."""
+    word = _execute(data, len(data), _LANGUAGE)
     # The low byte holds the status; the whole status is asked for so that no code is cut.
     status = lib.ormak_execute_get_status() if word & 0xFF else c.SUCCESS
     released = (word >> 9) & 0xFF if word & 0x100 else 0
     return status, released
+
+
+def writes_memory(data):
+    """Whether a script may write into memory variables: only then are their types checked."""
+    return b"MEMORY" in data or b"MEMORY" in data.upper()
 
 
 # Hooks of the memory variables, installed by _variables: (released slots) -> None, and a
@@ -95,12 +102,13 @@ def execute(script):
     A syntax error anywhere stops the whole script before any statement runs; a failing
     statement stops the script, and the statements before it stay done. Results go to the
     cursor in use (see `cursor()`), to files or to memory variables (see `variable()`)."""
+    data = encode(script)
     with lock:
-        status, released = run(script)
+        status, released = run(data)
         if released and settle_hook:
             settle_hook(released)
         error = failure(status) if status != c.SUCCESS else None
-        mismatch = check_hook() if check_hook else None
+        mismatch = check_hook() if check_hook and writes_memory(data) else None
     if error is not None:
         raise error from mismatch
     if mismatch is not None:

@@ -48,6 +48,8 @@ class Variable:
         self.transient = transient
         self._registered = True
         self._data_type = data_type_of(array.dtype)
+        # Made once: statements in a loop write it again and again.
+        self._text = str(number) if array.nbytes > _LARGEST_SIZE else "%d SIZE %d" % (number, array.nbytes)
 
     @property
     def registered(self):
@@ -71,10 +73,9 @@ class Variable:
         return str(self)
 
     def __str__(self):
-        number = self._slot()
-        if self.array.nbytes > _LARGEST_SIZE:
-            return str(number)
-        return "%d SIZE %d" % (number, self.array.nbytes)
+        if self._registered:
+            return self._text
+        return str(self._slot())
 
     def __repr__(self):
         state = "transient" if self.transient else "registered"
@@ -138,12 +139,12 @@ def _check():
     """The Error of the first lasting variable that received a wrong type, or None."""
     first = None
     for variable in _registered.values():
-        if not variable.transient:
-            error = variable._mismatch()
-            first = first or error
+        if not variable.transient and _written_type(variable.number) not in (c.UNDEFINED, variable._data_type):
+            first = first or variable._mismatch()
     return first
 
 
+_written_type = lib._ormak_variable_get_data_type
 _session.settle_hook = _settle
 _session.check_hook = _check
 
@@ -208,7 +209,7 @@ def _ask(statement, values):
         if number < 0:
             _refuse("no memory number is free to look at the object", number)
         try:
-            status, _ = _session.run("%s INTO MEMORY %d SIZE %d" % (statement, number, values.nbytes))
+            status, _ = _session.run(_session.encode("%s INTO MEMORY %d SIZE %d" % (statement, number, values.nbytes)))
             if status != c.SUCCESS:
                 raise _session.failure(status)
             return values[:lib._ormak_get_last_data_count()].tolist()
