@@ -3,7 +3,7 @@
 import ctypes
 
 from . import _constants as c
-from ._library import lib, lock
+from ._library import execute_plain, lib, lock
 
 # The binding's language number: the library answers with the packed word that tells which
 # transient memory variables it released.
@@ -73,7 +73,7 @@ def encode(script):
     return bytes(script)
 
 
-_execute = lib._ormak_execute
+_execute = execute_plain
 
 
 def run(data):

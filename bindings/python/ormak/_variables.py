@@ -2,7 +2,7 @@
 
 from . import _constants as c
 from . import _session
-from ._library import lib, lock
+from ._library import lib, lock, written_type_plain
 from ._session import Error
 
 # Every slot that the binding registered, by number. It holds the Variable, and so the array,
@@ -144,7 +144,7 @@ def _check():
     return first
 
 
-_written_type = lib._ormak_variable_get_data_type
+_written_type = written_type_plain
 _session.settle_hook = _settle
 _session.check_hook = _check
 
