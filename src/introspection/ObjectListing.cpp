@@ -367,6 +367,15 @@ bool has_negative_depth(const DeepList &deep_list) {
     return false;
 }
 
+/* A name of contents: it ends with "/", is "." or "..", or ends with "/." or "/..". */
+bool refers_to_contents(const char *name) {
+    const size_t length = strlen(name);
+    if (length == 0) return false;
+    if (name[length - 1] == '/' || strcmp(name, ".") == 0 || strcmp(name, "..") == 0) return true;
+    return (length >= 2 && strcmp(name + length - 2, "/.") == 0) ||
+           (length >= 3 && strcmp(name + length - 3, "/..") == 0);
+}
+
 int walk_objects_like(const LikeRequest &request, const ListingSink &sink) {
     try {
         std::string start;

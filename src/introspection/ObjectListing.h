@@ -54,6 +54,9 @@ DeepList read_deep_list(pANTLR3_BASE_TREE deep_list);
 /* Whether a number of the clause is below 0, which no statement takes. */
 bool has_negative_depth(const DeepList &deep_list);
 
+/* A name of contents: it ends with "/", is "." or "..", or ends with "/." or "/..". */
+bool refers_to_contents(const char *name);
+
 /* A walk under the object `object_name` (canonical path of it, or the current group when
    null), for the entries whose kind has all bits of `object_type` (-1 any). `deep_list` is
    null without a DEEP clause. `doing` is the statement's verb for its messages ("showing"):

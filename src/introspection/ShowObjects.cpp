@@ -15,15 +15,6 @@
 
 namespace {
 
-/* A name of contents: it ends with "/", is "." or "..", or ends with "/." or "/..". */
-bool refers_to_contents(const char *name) {
-    const size_t length = strlen(name);
-    if (length == 0) return false;
-    if (name[length - 1] == '/' || strcmp(name, ".") == 0 || strcmp(name, "..") == 0) return true;
-    return (length >= 2 && strcmp(name + length - 2, "/.") == 0) ||
-           (length >= 3 && strcmp(name + length - 3, "/..") == 0);
-}
-
 /* The object the canonical `path` names, as object_type wants it; object_name_list holds
    its components. 0 when it is there. */
 int confirm_object(const char *object_name, const char *path, int object_type) {
@@ -127,7 +118,7 @@ int ormak_show_object(const char *file_object_name, const char *object_name, int
                       pANTLR3_BASE_TREE where_list, int order_creation, pANTLR3_BASE_TREE post_processing_list,
                       pANTLR3_BASE_TREE output_redirecting, int programming_language) {
     ormak::ShowFrame frame(post_processing_list, output_redirecting, programming_language);
-    const bool one = object_name && !refers_to_contents(object_name);
+    const bool one = object_name && !ormak::refers_to_contents(object_name);
     char memory_message[ORMAK_TEXT_SIZE * 2];
     if (one)
         snprintf(memory_message, sizeof memory_message,

@@ -19,15 +19,6 @@ namespace {
 
 using ormak::fail;
 
-/* A name of contents: it ends with "/", is "." or "..", or ends with "/." or "/..". */
-bool refers_to_contents(const char *name) {
-    const size_t length = strlen(name);
-    if (length == 0) return false;
-    if (name[length - 1] == '/' || strcmp(name, ".") == 0 || strcmp(name, "..") == 0) return true;
-    return (length >= 2 && strcmp(name + length - 2, "/.") == 0) ||
-           (length >= 3 && strcmp(name + length - 3, "/..") == 0);
-}
-
 bool link_exists(const char *path) {
     return strcmp(path, "/") == 0 || H5Lexists(current_file->group_id, path, property_link_access_list) > 0;
 }
@@ -136,7 +127,7 @@ int drop_one(const char *name, int object_type) {
     char path[ORMAK_TEXT_SIZE];
     if (!ormak::canonical_path(name, path))
         return fail(ORMAK_ERROR_INVALID_VALUE, "Error when dropping %s \"%s\" as its path is too long", word, name);
-    const bool contents = refers_to_contents(name);
+    const bool contents = ormak::refers_to_contents(name);
     if (object_type == -1) {
         if (!link_exists(path)) return drop_attribute(name, path, word);
         if (!contents) {
