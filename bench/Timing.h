@@ -1,10 +1,11 @@
-// What the benchmarks share: timing a piece of work, the median of several runs, stopping on
-// a failed statement, and one line of baseline against ormak.
+// What the benchmarks share: a scratch directory to work in, timing a piece of work, the median
+// of several runs, stopping on a failed statement, and one line of baseline against ormak.
 #ifndef ORMAK_BENCH_TIMING_H
 #define ORMAK_BENCH_TIMING_H
 
 #include <stdio.h>
 #include <stdlib.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <chrono>
@@ -14,6 +15,24 @@
 #include "Ormak.h"
 
 namespace bench {
+
+/* A fresh directory under /tmp, made the working directory while the benchmark runs; it is
+   removed at the end, once the benchmark has removed its files. */
+class ScratchDirectory {
+public:
+    ScratchDirectory() {
+        if (!mkdtemp(path_) || chdir(path_) != 0) {
+            perror("scratch directory");
+            exit(1);
+        }
+    }
+    ~ScratchDirectory() {
+        if (chdir("/") != 0 || rmdir(path_) != 0) perror("scratch directory");
+    }
+
+private:
+    char path_[32] = "/tmp/ormak-bench-XXXXXX";
+};
 
 inline double seconds(const std::function<void()> &work) {
     auto start = std::chrono::steady_clock::now();

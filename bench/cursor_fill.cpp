@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "Ormak.h"
+#include "Timing.h"
 
 namespace {
 
@@ -35,8 +36,7 @@ int main() {
     // left memory behind for the cursor.
     char select_line[256];
     ormak_cursor_clear(nullptr);
-    char directory[] = "/tmp/ormak-bench-XXXXXX";
-    if (!mkdtemp(directory) || chdir(directory) != 0) return 1;
+    bench::ScratchDirectory scratch;
     std::vector<int> ints(count);
     for (int i = 0; i < count; i++) ints[i] = i;
     if (ormak_variable_register(ints.data()) != 0) return 1;
@@ -57,7 +57,6 @@ int main() {
     ormak_cursor_clear(nullptr);
     ormak_execute("CLOSE ALL FILE");
     remove("fill.h5");
-    if (chdir("/") != 0 || rmdir(directory) != 0) return 1;
     // Fills by hand, on the memory that a clear gave back to the cursor.
     double first_seconds = fill_cursor();
     double cursor_seconds = fill_cursor();

@@ -42,8 +42,7 @@ int main(int argc, char **argv) {
     const long text_values = argc > 3 ? atol(argv[3]) : 10000000;
     const long count = megabytes * 1024 * 1024 / 8;
 
-    char directory[] = "/tmp/ormak-bench-XXXXXX";
-    if (!mkdtemp(directory) || chdir(directory) != 0) return 1;
+    ScratchDirectory scratch;
 
     std::vector<double> values(count);
     for (long i = 0; i < count; i++) values[i] = i * 0.5;
@@ -125,6 +124,5 @@ int main(int argc, char **argv) {
     remove("values.txt");
     remove("ormak.h5");
     remove("raw.h5");
-    if (chdir("/") != 0 || rmdir(directory) != 0) return 1;
     return 0;
 }

@@ -37,8 +37,7 @@ int main(int argc, char **argv) {
     std::vector<double> expected = values;
     std::sort(expected.begin(), expected.end());
 
-    char directory[] = "/tmp/ormak-bench-XXXXXX";
-    if (!mkdtemp(directory) || chdir(directory) != 0) return 1;
+    ScratchDirectory scratch;
     std::string create = "CREATE TRUNCATE FILE sort.h5; USE FILE sort.h5; CREATE DATASET d AS DOUBLE(" +
                          std::to_string(count) + ") FROM MEMORY 0";
     if (ormak_variable_register(values.data()) != 0 || ormak_execute(create.c_str()) != 0) return 1;
@@ -66,7 +65,6 @@ int main(int argc, char **argv) {
     ormak_execute("CLOSE ALL FILE");
     ormak_variable_unregister(work.data());
     remove("sort.h5");
-    if (chdir("/") != 0 || rmdir(directory) != 0) return 1;
 
     double baseline = median(baseline_times), one = median(one_times), two = median(two_times);
     printf("%d random doubles, median of %d runs\n", count, runs);

@@ -62,8 +62,7 @@ int main(int argc, char **argv) {
     const long count = argc > 2 ? atol(argv[2]) : 10000000;
     if (runs < 1 || count < 1 || count > 0x7fffffff) return 1;
 
-    char directory[] = "/tmp/ormak-bench-XXXXXX";
-    if (!mkdtemp(directory) || chdir(directory) != 0) return 1;
+    ScratchDirectory scratch;
 
     // Measurements of many magnitudes, from thousandths to millions, of both signs.
     std::vector<double> values((size_t)count);
@@ -101,6 +100,5 @@ int main(int argc, char **argv) {
     remove("fprintf.txt");
     remove("ormak.txt");
     remove("values.h5");
-    if (chdir("/") != 0 || rmdir(directory) != 0) return 1;
     return 0;
 }

@@ -41,8 +41,7 @@ int main(int argc, char **argv) {
     const long megabytes = argc > 2 ? atol(argv[2]) : 256;
     const long count = megabytes * 1024 * 1024 / 8;
 
-    char directory[] = "/tmp/ormak-bench-XXXXXX";
-    if (!mkdtemp(directory) || chdir(directory) != 0) return 1;
+    ScratchDirectory scratch;
 
     std::vector<double> values(count);
     for (long i = 0; i < count; i++) values[i] = i * 0.25;
@@ -95,6 +94,5 @@ int main(int argc, char **argv) {
     H5Fclose(raw_file);
     check(ormak_execute("CLOSE ALL FILE"));
     for (const char *name : {"raw.bin", "ormak.bin", "raw.h5", "ormak.h5"}) remove(name);
-    if (chdir("/") != 0 || rmdir(directory) != 0) return 1;
     return 0;
 }

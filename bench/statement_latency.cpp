@@ -348,12 +348,10 @@ int main(int argc, char **argv) {
     const int runs = argc > 1 ? atoi(argv[1]) : 5;
     const long statements = argc > 2 ? atol(argv[2]) : 100000;
 
-    char directory[] = "/tmp/ormak-bench-XXXXXX";
-    if (!mkdtemp(directory) || chdir(directory) != 0) return 1;
+    ScratchDirectory scratch;
     statement_costs(runs, statements);
     remove("ormak.h5");
     insert_growth(runs);
     select_growth(runs);
-    if (chdir("/") != 0 || rmdir(directory) != 0) return 1;
     return 0;
 }
