@@ -67,9 +67,9 @@ class Variable:
 
     __int__ = __index__
 
-    def __format__(self, spec):
-        if spec:
-            return format(self._slot(), spec)
+    def __format__(self, format_spec):
+        if format_spec:
+            return format(self._slot(), format_spec)
         return str(self)
 
     def __str__(self):
