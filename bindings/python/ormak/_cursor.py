@@ -55,15 +55,23 @@ Cursor.__module__ = "ormak"
 # The walks below stand on the first element and step with next: each value costs a few
 # calls, where indexing would walk the list from its end every time.
 
-def _numbers(count, data_type):
-    get = _GETTERS[data_type][0]
-    step = lib.ormak_cursor_next
-    lib.ormak_cursor_first(None)
-    values = [get(None)[0]]
+def _walk(first, step, count, read):
+    """`count` values read by `read`, from the first element on."""
+    first(None)
+    values = [read()]
     for _ in range(count - 1):
         step(None)
-        values.append(get(None)[0])
+        values.append(read())
     return values
+
+
+def _each(count, read):
+    return _walk(lib.ormak_cursor_first, lib.ormak_cursor_next, count, read)
+
+
+def _numbers(count, data_type):
+    get = _GETTERS[data_type][0]
+    return _each(count, lambda: get(None)[0])
 
 
 def _members(get):
@@ -71,23 +79,7 @@ def _members(get):
     count = lib.ormak_subcursor_get_count(None)
     if count <= 0:
         return []
-    step = lib.ormak_subcursor_next
-    lib.ormak_subcursor_first(None)
-    members = [get(None)[0]]
-    for _ in range(count - 1):
-        step(None)
-        members.append(get(None)[0])
-    return members
-
-
-def _each(count, read):
-    step = lib.ormak_cursor_next
-    lib.ormak_cursor_first(None)
-    values = [read()]
-    for _ in range(count - 1):
-        step(None)
-        values.append(read())
-    return values
+    return _walk(lib.ormak_subcursor_first, lib.ormak_subcursor_next, count, lambda: get(None)[0])
 
 
 def _variable_lengths(count, data_type):
