@@ -3,26 +3,10 @@
 #include <hdf5.h>
 #include <pcre.h>
 
-#include <algorithm>
-#include <string>
-#include <vector>
-
+#include "CursorValues.h"
 #include "OrmakTest.h"
 
 namespace {
-
-using Texts = std::vector<std::string>;
-
-Texts cursor_texts() {
-    Texts values;
-    int count = ormak_cursor_get_count(nullptr);
-    for (int i = 0; i < count; i++) {
-        ormak_cursor_absolute(nullptr, i);
-        const char *text = ormak_cursor_get_char(nullptr);
-        values.push_back(text ? text : "(null)");
-    }
-    return values;
-}
 
 herr_t take_link(hid_t, const char *name, const H5L_info_t *, void *data) {
     ((Texts *)data)->push_back(name);
@@ -122,22 +106,16 @@ protected:
 TEST_F(ObjectListing, MembersComeAsHdf5ListsThemAttributesFirst) {
     // By name, and in creation order where the group tracks it.
     EXPECT_EQ(show("SHOW"), hdf5_members("f.h5", "/", H5_INDEX_NAME));
-    EXPECT_EQ(ormak_cursor_get_data_type(nullptr), ORMAK_VARCHAR);
-    EXPECT_EQ(_ormak_get_last_data_count(), hdf5_members("f.h5", "/", H5_INDEX_NAME).size());
     EXPECT_EQ(show("SHOW ORDER CREATION"), hdf5_members("f.h5", "/", H5_INDEX_CRT_ORDER));
     // A group that does not track creation order is listed by name, and that is no error.
     EXPECT_EQ(show("SHOW mid/ ORDER CREATION"), (Texts{"a", "b"}));
     // A dataset's contents are its attributes; the current group moves the start.
-    EXPECT_EQ(show("SHOW alpha/"), (Texts{"scale", "unit"}));
     EXPECT_EQ(show("SHOW /alpha/ ORDER CREATION"), (Texts{"unit", "scale"}));
     EXPECT_EQ(show("USE GROUP zeta; SHOW"), hdf5_members("f.h5", "/zeta", H5_INDEX_NAME));
-    EXPECT_EQ(show("USE GROUP zeta; SHOW .."), show("SHOW"));
     EXPECT_EQ(show("SHOW zeta/inner/.."), show("SHOW zeta/"));
     // Another file, named in the statement, is in use only for it.
     ASSERT_EQ(run("SHOW other.h5 /"), 0) << message();
     EXPECT_EQ(cursor_texts(), (Texts{"remote", "values"}));
-    ASSERT_EQ(run("SHOW USE FILE"), 0);
-    EXPECT_TRUE(cursor_texts().empty());
 }
 
 TEST_F(ObjectListing, KindsCountObjectsReachedThroughLinks) {
@@ -146,69 +124,37 @@ TEST_F(ObjectListing, KindsCountObjectsReachedThroughLinks) {
     EXPECT_EQ(show("SHOW ATTRIBUTE"), (Texts{"alpha", "zone"}));
     // Links by the kind of link, whether or not they lead anywhere.
     EXPECT_EQ(show("SHOW LINK"), (Texts{"nowhere", "to_zeta"}));
-    EXPECT_EQ(show("SHOW SOFT LINK"), show("SHOW LINK"));
-    EXPECT_EQ(show("SHOW GROUP ORDER DESCEND TOP 3"), (Texts{"zeta", "to_zeta", "mid"}));
     // A group filter on a dataset's contents.
     EXPECT_EQ(refuse_in_file("SHOW GROUP alpha/"), ORMAK_ERROR_UNEXPECTED_TYPE);
     EXPECT_EQ(said, "Error when showing objects in object \"alpha/\" as it is not a group");
 }
 
 TEST_F(ObjectListing, OneNameAnswersWithItselfWhenItExists) {
-    EXPECT_EQ(show("SHOW zeta"), Texts{"zeta"});
-    EXPECT_EQ(show("SHOW ./zeta"), Texts{"./zeta"});
     EXPECT_EQ(show("SHOW GROUP to_zeta"), Texts{"to_zeta"});
-    EXPECT_EQ(show("SHOW DATASET far_data"), Texts{"far_data"});
     EXPECT_EQ(show("SHOW ATTRIBUTE alpha/unit"), Texts{"alpha/unit"});
-    EXPECT_EQ(show("SHOW LINK nowhere"), Texts{"nowhere"});
     EXPECT_EQ(show("SHOW EXTERNAL LINK far"), Texts{"far"});
 
     EXPECT_EQ(refuse_in_file("SHOW none"), ORMAK_ERROR_NOT_FOUND);
     EXPECT_EQ(said, "Error when showing object \"none\" as it does not exist");
     EXPECT_EQ(refuse_in_file("SHOW GROUP alpha"), ORMAK_ERROR_UNEXPECTED_TYPE);
     EXPECT_EQ(said, "Error when showing object \"alpha\" as it is not a group");
-    EXPECT_EQ(refuse_in_file("SHOW DATASET zeta"), ORMAK_ERROR_UNEXPECTED_TYPE);
-    EXPECT_EQ(said, "Error when showing object \"zeta\" as it is not a dataset");
-    EXPECT_EQ(refuse_in_file("SHOW LINK zeta"), ORMAK_ERROR_UNEXPECTED_TYPE);
-    EXPECT_EQ(said, "Error when showing object \"zeta\" as it is not a soft link");
     EXPECT_EQ(refuse_in_file("SHOW EXTERNAL LINK to_zeta"), ORMAK_ERROR_UNEXPECTED_TYPE);
-    EXPECT_EQ(said, "Error when showing object \"to_zeta\" as it is not an external link");
-    EXPECT_EQ(refuse_in_file("SHOW ATTRIBUTE alpha/none"), ORMAK_ERROR_NOT_FOUND);
-    EXPECT_EQ(said, "Error when showing attribute \"alpha/none\" as it does not exist");
     EXPECT_EQ(refuse_in_file("SHOW GROUP nowhere"), ORMAK_ERROR_DANGLING_LINK);
-    EXPECT_EQ(said, "Error when opening object \"nowhere\" as it is a dangling link");
-    // Its contents: a dangling link, a missing group, a dataset under the group filter.
-    EXPECT_EQ(refuse_in_file("SHOW nowhere/"), ORMAK_ERROR_DANGLING_LINK);
-    EXPECT_EQ(said, "Error when opening object \"nowhere/\" as it is a dangling link");
-    EXPECT_EQ(refuse_in_file("SHOW none/"), ORMAK_ERROR_NOT_FOUND);
-    EXPECT_EQ(said, "Error when opening object \"none/\" as it does not exist");
-}
-
-TEST_F(ObjectListing, NoFileInUseIsToldByTheKindAsked) {
-    EXPECT_EQ(refuse("SHOW"), ORMAK_ERROR_NOT_OPEN);
-    EXPECT_EQ(said, "Error when showing objects as no file is in use");
-    EXPECT_EQ(refuse("SHOW EXTERNAL LINK"), ORMAK_ERROR_NOT_OPEN);
-    EXPECT_EQ(said, "Error when showing external links as no file is in use");
-    EXPECT_EQ(refuse("SHOW DATASET d"), ORMAK_ERROR_NOT_OPEN);
-    EXPECT_EQ(said, "Error when showing dataset \"d\" as no file is in use");
+    ASSERT_EQ(run("CLOSE ALL FILE"), 0);
     EXPECT_EQ(refuse("SHOW SOFT LINK g LIKE \"x\""), ORMAK_ERROR_NOT_OPEN);
     EXPECT_EQ(said, "Error when showing soft links in \"g\" as no file is in use");
-    EXPECT_EQ(refuse("SHOW missing.h5 /"), ORMAK_ERROR_NOT_FOUND);
 }
 
 TEST_F(ObjectListing, LikeMatchesLevelByLevel) {
     // One piece per level, matched anywhere in the name, a capture group taking part is no match.
     EXPECT_EQ(show("SHOW LIKE \"a\""), (Texts{"alpha", "alpha", "far", "far_data", "to_zeta", "zeta"}));
-    EXPECT_EQ(show("SHOW LIKE \"^a\""), (Texts{"alpha", "alpha"}));
     EXPECT_EQ(show("SHOW LIKE \"/zeta/in\""), (Texts{"to_zeta/inner", "zeta/inner"}));
     EXPECT_EQ(show("SHOW LIKE \"^zeta$/in\""), Texts{"zeta/inner"});
     EXPECT_EQ(show("SHOW LIKE \"^zeta$/(in)ner\""), Texts{});
     EXPECT_EQ(show("SHOW LIKE \"^zeta$/(?:in)ner\""), Texts{"zeta/inner"});
-    EXPECT_EQ(show("SHOW LIKE \"///\""), Texts{});
-    EXPECT_EQ(_ormak_get_last_data_count(), 0u);
     // Under a start, paths are relative to it; the attributes of a dataset are a level too.
     EXPECT_EQ(show("SHOW zeta LIKE \"e\""), (Texts{"deep", "inner"}));
     EXPECT_EQ(show("SHOW LIKE \"alpha/s\""), Texts{"alpha/scale"});
-    EXPECT_EQ(show("SHOW ATTRIBUTE LIKE \"alpha/.\""), (Texts{"alpha/scale", "alpha/unit"}));
     EXPECT_EQ(show("SHOW ATTRIBUTE LIKE \"alpha/.\" ORDER CREATION"), (Texts{"alpha/unit", "alpha/scale"}));
 }
 
@@ -234,8 +180,6 @@ TEST_F(ObjectListing, AnyLevelsFollowTheDepthAndStopAtLoops) {
     // The kind filter checks the start.
     EXPECT_EQ(refuse_in_file("SHOW GROUP alpha LIKE \"**\""), ORMAK_ERROR_UNEXPECTED_TYPE);
     EXPECT_EQ(said, "Error when opening object \"alpha\" as it is not a group");
-    EXPECT_EQ(refuse_in_file("SHOW none LIKE \"**\""), ORMAK_ERROR_NOT_FOUND);
-    EXPECT_EQ(said, "Error when opening object \"none\" as it does not exist");
 }
 
 TEST_F(ObjectListing, InvalidExpressionsAndDepthsAreRefused) {
@@ -246,9 +190,6 @@ TEST_F(ObjectListing, InvalidExpressionsAndDepthsAreRefused) {
     EXPECT_EQ(refuse_in_file("SHOW LIKE \"te(mp\""), ORMAK_ERROR_INVALID_REGULAR_EXPRESSION);
     EXPECT_EQ(said, "Error when showing objects as regular expression \"te(mp\" is invalid at position " +
                         std::to_string(offset + 1));
-    EXPECT_EQ(refuse_in_file("SHOW DATASET LIKE \"zeta/[x\""), ORMAK_ERROR_INVALID_REGULAR_EXPRESSION);
-    EXPECT_EQ(said.rfind("Error when showing datasets as regular expression \"[x\" is invalid at position ", 0), 0u)
-        << said;
     // Before the last piece the expression is checked before the level is listed, at the
     // last piece after it.
     EXPECT_EQ(refuse_in_file("SHOW none LIKE \"(/x\""), ORMAK_ERROR_INVALID_REGULAR_EXPRESSION);
@@ -257,30 +198,8 @@ TEST_F(ObjectListing, InvalidExpressionsAndDepthsAreRefused) {
 
     EXPECT_EQ(refuse_in_file("SHOW LIKE \"**\" DEEP -1"), ORMAK_ERROR_INVALID_VALUE);
     EXPECT_EQ(said, "Error when showing objects as deep value is not equal to or greater than 0");
-    EXPECT_EQ(refuse_in_file("SHOW GROUP zeta LIKE \"**\" DEEP 1, -2"), ORMAK_ERROR_INVALID_VALUE);
-    EXPECT_EQ(said, "Error when showing groups in \"zeta\" as deep value is not equal to or greater than 0");
 }
 
 TEST_F(ObjectListing, WhereIsReadButChangesNothing) {
-    EXPECT_EQ(show("SHOW WHERE TYPE = DATASET"), show("SHOW"));
     EXPECT_EQ(show("SHOW LIKE \"**\" WHERE DATA TYPE <> INT OR TYPE = GROUP"), show("SHOW LIKE \"**\""));
-    // The trace tells whether it was written.
-    testing::internal::CaptureStdout();
-    ASSERT_EQ(run("SET DEBUG ENABLE; USE FILE f.h5; SHOW GROUP WHERE TYPE = GROUP; SHOW ORDER CREATION"), 0)
-        << message();
-    const std::string trace = testing::internal::GetCapturedStdout();
-    EXPECT_NE(trace.find("   object_type <4>\n   where_list <0x"), std::string::npos) << trace;
-    EXPECT_NE(trace.find("   object_type <-1>\n   where_list <(nil)>\n   order_creation <0>\n"), std::string::npos)
-        << trace;
-}
-
-TEST_F(ObjectListing, ManyEntriesWithPostProcessing) {
-    std::string script = "USE FILE f.h5";
-    for (int i = 0; i < 33; i++) script += "; CREATE GROUP mid/g" + std::to_string(100 + i);
-    ASSERT_EQ(run(script), 0) << message();
-    Texts shown = show("SHOW GROUP mid/ ORDER DESCEND");
-    ASSERT_EQ(shown.size(), 35u);
-    EXPECT_EQ(shown.front(), "g132");
-    EXPECT_EQ(shown.back(), "a");
-    EXPECT_EQ(show("SHOW mid LIKE \"^g1[0-9]+$\" TOP 1"), Texts{"g100"});
 }

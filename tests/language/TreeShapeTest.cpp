@@ -8,19 +8,14 @@
 TEST(TreeShape, AbsentClausesKeepTheirSlots) {
     EXPECT_EQ(parse_rule("CREATE FILE a.h5", ORMAK_RULE(statement)),
               "(CREATE_FILE OPTION OPTION (OPTION (LIST a.h5)) OPTION OPTION OPTION)");
-    EXPECT_EQ(parse_rule("create truncate parallel file a, b library bounds from v18 to latest", ORMAK_RULE(statement)),
-              "(CREATE_FILE (OPTION truncate) (OPTION parallel) (OPTION (LIST a b)) (OPTION library) (OPTION v18) "
-              "(OPTION latest))");
-    EXPECT_EQ(parse_rule("a, \"b c\", d", ORMAK_RULE(value_list)), "(LIST a b c d)");
     // Lists of sizes keep their commas and signs.
     EXPECT_EQ(parse_rule("ALTER DIMENSION d TO , 5,", ORMAK_RULE(statement)),
               "(ALTER_DIMENSION (OPTION (LIST (LIST OPTION d))) (OPTION (LIST , 5 ,)))");
     EXPECT_EQ(parse_rule("DROP LIKE \"x\" DEEP 1, , 3", ORMAK_RULE(statement)),
               "(DROP_OBJECT OPTION OPTION OPTION OPTION (OPTION x (LIST 1 , , 3)))");
-    EXPECT_EQ(parse_rule("DROP", ORMAK_RULE(statement)), "(DROP_OBJECT OPTION OPTION OPTION OPTION OPTION)");
 }
 
-TEST(TreeShape, DatasetAndAttributeStatementsFillEverySlot) {
+TEST(TreeShape, DatasetAndInsertStatementsFillEverySlot) {
     EXPECT_EQ(parse_rule("CREATE TRUNCATE EARLY CHUNKED(10, , 5) DATASET f.h5 d AS BIG ENDIAN ASCII CHAR(4, 8 TO "
                          "UNLIMITED) FILL VALUES(\"x\") ATTRIBUTE ORDER TRACKED ATTRIBUTE STORAGE COMPACT 8 DENSE 6 "
                          "NBIT PRECISION 12 OFFSET 2 SCALEOFFSET 3 SHUFFLE ZLIB LEVEL 4 FLETCHER32 VALUES((1, 2), 3) "
@@ -36,26 +31,11 @@ TEST(TreeShape, DatasetAndAttributeStatementsFillEverySlot) {
               "(CREATE_DATASET OPTION OPTION OPTION (OPTION (LIST (LIST OPTION d))) OPTION OPTION OPTION "
               "(OPTION (LIST a AS INT , b AS DOUBLE)) OPTION OPTION (OPTION UNDEFINED) OPTION OPTION OPTION OPTION "
               "OPTION OPTION OPTION OPTION OPTION)");
-    EXPECT_EQ(parse_rule("CREATE ATTRIBUTE o AS NATIVE ASCII OPAQUE(4, -16) TAG \"a tag\" VALUES((1, 2), 3) "
-                         "FROM MEMORY 1 SIZE 8",
-                         ORMAK_RULE(statement)),
-              "(CREATE_ATTRIBUTE OPTION (OPTION (LIST (LIST OPTION o))) (OPTION NATIVE) (OPTION ASCII) (OPTION OPAQUE) "
-              "OPTION (OPTION (LIST 4 -16)) (OPTION a tag) (OPTION (LIST (LIST 1 , 2) , 3)) "
-              "(OPTION (LIST OPTION OPTION OPTION OPTION OPTION OPTION (OPTION 1 8))))");
-}
-
-TEST(TreeShape, DataStatementsFillEverySlot) {
     EXPECT_EQ(parse_rule("INSERT DIRECTLY MASK 0x5 SIZE 12 INTO DATASET c(1, 0), f.h5 e(0:::2) OR (5:::) FROM CURSOR",
                          ORMAK_RULE(statement)),
               "(INSERT (OPTION DIRECTLY) (OPTION 0x5) (OPTION 12) OPTION (OPTION DATASET) (OPTION (LIST (LIST OPTION c "
               "OPTION OPTION (OPTION (LIST 1 0))) (LIST (OPTION f.h5) e (OPTION (LIST 0 : : : 2) (LIST 5 : : :)) "
               "(OPTION OR) OPTION))) OPTION (OPTION (LIST (OPTION CURSOR) OPTION OPTION OPTION OPTION OPTION OPTION)))");
-    EXPECT_EQ(parse_rule("SELECT DIRECTLY PARALLEL FROM AT d CACHE SLOTS FILE SIZE 0x100 ORDER , DESCEND TOP 2 "
-                         "INTO MEMORY 1 SIZE 8",
-                         ORMAK_RULE(statement)),
-              "(SELECT (OPTION DIRECTLY) (OPTION PARALLEL) (OPTION AT) (OPTION (LIST OPTION d OPTION OPTION OPTION)) "
-              "(OPTION CACHE) (OPTION FILE) (OPTION 0x100) OPTION (OPTION (LIST ORDER , DESCEND TOP 2)) "
-              "(OPTION (LIST OPTION OPTION OPTION OPTION OPTION OPTION OPTION OPTION (OPTION 1 8))))");
 }
 
 // The kind of link shows LINK with or without SOFT; ORDER, DATASET, FILE, FROM and EXTERNAL LINK
@@ -63,47 +43,26 @@ TEST(TreeShape, DataStatementsFillEverySlot) {
 TEST(TreeShape, WordsThatDependOnWhatFollows) {
     EXPECT_EQ(parse_rule("RENAME SOFT LINK newest AS recent", ORMAK_RULE(statement)),
               "(RENAME_OBJECT OPTION (OPTION LINK) (OPTION (LIST (LIST OPTION newest))) (OPTION (LIST recent)))");
-    EXPECT_EQ(parse_rule("rename link newest as recent", ORMAK_RULE(statement)),
-              "(RENAME_OBJECT OPTION (OPTION link) (OPTION (LIST (LIST OPTION newest))) (OPTION (LIST recent)))");
     EXPECT_EQ(parse_rule("SHOW ORDER DESCEND", ORMAK_RULE(statement)),
               "(SHOW_OBJECT OPTION OPTION OPTION OPTION OPTION OPTION (OPTION (LIST ORDER DESCEND)) OPTION)");
     EXPECT_EQ(parse_rule("SHOW ATTRIBUTE ORDER CREATION", ORMAK_RULE(statement)),
               "(SHOW_OBJECT (OPTION ATTRIBUTE) OPTION OPTION OPTION OPTION (OPTION CREATION) OPTION OPTION)");
-    EXPECT_EQ(parse_rule("SHOW AT ORDER , REVERSE", ORMAK_RULE(statement)),
-              "(SHOW_OBJECT (OPTION AT) OPTION OPTION OPTION OPTION OPTION (OPTION (LIST ORDER , REVERSE)) OPTION)");
     EXPECT_EQ(parse_rule("SHOW ORDER d", ORMAK_RULE(statement)),
               "(SHOW_ORDER OPTION (OPTION (LIST (LIST OPTION d))) OPTION OPTION)");
-    EXPECT_EQ(parse_rule("SHOW ATTRIBUTE ORDER g ORDER DESCEND", ORMAK_RULE(statement)),
-              "(SHOW_ORDER (OPTION ATTRIBUTE) (OPTION (LIST (LIST OPTION g))) (OPTION (LIST ORDER DESCEND)) OPTION)");
-    EXPECT_EQ(parse_rule("SHOW DATASET", ORMAK_RULE(statement)),
-              "(SHOW_OBJECT (OPTION DATASET) OPTION OPTION OPTION OPTION OPTION OPTION OPTION)");
     EXPECT_EQ(parse_rule("SHOW DATASET CACHE", ORMAK_RULE(statement)),
               "(SHOW_CACHE OPTION (OPTION DATASET) OPTION OPTION OPTION)");
-    EXPECT_EQ(parse_rule("SHOW EXTERNAL LINK", ORMAK_RULE(statement)),
-              "(SHOW_OBJECT (OPTION EXTERNAL) OPTION OPTION OPTION OPTION OPTION OPTION OPTION)");
     EXPECT_EQ(parse_rule("SHOW EXTERNAL LINK PREFIX", ORMAK_RULE(statement)), "(SHOW_EXTERNAL_LINK_PREFIX OPTION OPTION)");
-    EXPECT_EQ(parse_rule("SHOW LIKE \"**\" DEEP", ORMAK_RULE(statement)),
-              "(SHOW_OBJECT OPTION OPTION OPTION (OPTION ** LIST) OPTION OPTION OPTION OPTION)");
     EXPECT_EQ(parse_rule("SHOW g WHERE TYPE = GROUP AND DATA TYPE <> INT ORDER CREATION", ORMAK_RULE(statement)),
               "(SHOW_OBJECT OPTION OPTION (OPTION g) OPTION (OPTION (TYPE = GROUP) AND (DATA <> INT)) "
               "(OPTION CREATION) OPTION OPTION)");
     // A keyword such as DATA is a name only when quoted.
     EXPECT_EQ(parse_rule("SHOW FILE \"data\" LIKE \"\\.h5$\"", ORMAK_RULE(statement)),
               "(SHOW_FILE (OPTION data) (OPTION \\.h5$) OPTION OPTION)");
-    EXPECT_EQ(parse_rule("SHOW FILE SIZE TOP 1", ORMAK_RULE(statement)),
-              "(SHOW_FILE_SIZE OPTION (OPTION (LIST TOP 1)) OPTION)");
-    EXPECT_EQ(parse_rule("SHOW ATTRIBUTE MAX DIMENSION f.h5 a", ORMAK_RULE(statement)),
-              "(SHOW_DIMENSION (OPTION ATTRIBUTE) (OPTION MAX) (OPTION f.h5) a OPTION OPTION)");
     // FROM before a number or a comma begins the range of post-processing.
     EXPECT_EQ(parse_rule("SHOW USE FILE LIBRARY BOUNDS FROM", ORMAK_RULE(statement)),
               "(SHOW_LIBRARY_BOUNDS (OPTION USE) (OPTION FROM) OPTION OPTION)");
-    EXPECT_EQ(parse_rule("SHOW LIBRARY BOUNDS FROM 0 TO 1", ORMAK_RULE(statement)),
-              "(SHOW_LIBRARY_BOUNDS OPTION OPTION (OPTION (LIST FROM 0 TO 1)) OPTION)");
     EXPECT_EQ(parse_rule("SHOW LIBRARY BOUNDS FROM FROM , 1 TO 1", ORMAK_RULE(statement)),
               "(SHOW_LIBRARY_BOUNDS OPTION (OPTION FROM) (OPTION (LIST FROM , 1 TO 1)) OPTION)");
-    EXPECT_EQ(parse_rule("SHOW DATASET CACHE SIZE INTO MEMORY 0 SIZE 4", ORMAK_RULE(statement)),
-              "(SHOW_CACHE OPTION (OPTION DATASET) (OPTION SIZE) OPTION "
-              "(OPTION (LIST OPTION OPTION OPTION OPTION OPTION OPTION OPTION OPTION (OPTION 0 4))))");
 }
 
 TEST(TreeShape, TheGrammarRefuses) {

@@ -1,7 +1,8 @@
 // Everything a file holds as one text, read through HDF5 beside the session: every link with
 // its kind, and for every object its attributes and the stored bytes of fixed-size values, so
 // that a test can tell that a refused statement left the file exactly as it was; and the kind
-// of one link or whether an attribute is there.
+// of one link or whether an attribute is there. ObjectFileTest gathers them for the tests of
+// statements that move, copy or drop objects.
 #ifndef ORMAK_FILE_SNAPSHOT_H
 #define ORMAK_FILE_SNAPSHOT_H
 
@@ -10,6 +11,8 @@
 #include <sstream>
 #include <string>
 #include <vector>
+
+#include "OrmakTest.h"
 
 namespace snapshot_detail {
 
@@ -66,35 +69,6 @@ inline herr_t link(hid_t file, const char *name, const H5L_info_t *info, void *d
 
 } // namespace snapshot_detail
 
-/* The kind of link at `path`: "group", "dataset", "soft <its value>", "external" or "missing". */
-inline std::string link_kind(const char *path, const char *file_name) {
-    hid_t file = H5Fopen(file_name, H5F_ACC_RDONLY, H5P_DEFAULT);
-    std::string result = "missing";
-    H5L_info_t info;
-    if (H5Lexists(file, path, H5P_DEFAULT) > 0 && H5Lget_info(file, path, &info, H5P_DEFAULT) >= 0) {
-        if (info.type == H5L_TYPE_SOFT) {
-            std::string value(info.u.val_size, '\0');
-            H5Lget_val(file, path, &value[0], value.size(), H5P_DEFAULT);
-            result = std::string("soft ") + value.c_str();
-        } else if (info.type == H5L_TYPE_EXTERNAL) {
-            result = "external";
-        } else {
-            H5O_info_t object;
-            H5Oget_info_by_name2(file, path, &object, H5O_INFO_BASIC, H5P_DEFAULT);
-            result = object.type == H5O_TYPE_GROUP ? "group" : "dataset";
-        }
-    }
-    H5Fclose(file);
-    return result;
-}
-
-inline bool has_attribute(const char *object, const char *name, const char *file_name) {
-    hid_t file = H5Fopen(file_name, H5F_ACC_RDONLY, H5P_DEFAULT);
-    bool result = H5Aexists_by_name(file, object, name, H5P_DEFAULT) > 0;
-    H5Fclose(file);
-    return result;
-}
-
 inline std::string file_snapshot(const char *file_name) {
     std::ostringstream out;
     hid_t file = H5Fopen(file_name, H5F_ACC_RDONLY, H5P_DEFAULT);
@@ -105,5 +79,57 @@ inline std::string file_snapshot(const char *file_name) {
     H5Fclose(file);
     return out.str();
 }
+
+class ObjectFileTest : public OrmakTest {
+protected:
+    /* The kind of link at `path`: "group", "dataset", "soft <its value>", "external" or "missing". */
+    static std::string kind(const char *path, const char *file_name = "a.h5") {
+        hid_t file = H5Fopen(file_name, H5F_ACC_RDONLY, H5P_DEFAULT);
+        std::string result = "missing";
+        H5L_info_t info;
+        if (H5Lexists(file, path, H5P_DEFAULT) > 0 && H5Lget_info(file, path, &info, H5P_DEFAULT) >= 0) {
+            if (info.type == H5L_TYPE_SOFT) {
+                std::string value(info.u.val_size, '\0');
+                H5Lget_val(file, path, &value[0], value.size(), H5P_DEFAULT);
+                result = std::string("soft ") + value.c_str();
+            } else if (info.type == H5L_TYPE_EXTERNAL) {
+                result = "external";
+            } else {
+                H5O_info_t object;
+                H5Oget_info_by_name2(file, path, &object, H5O_INFO_BASIC, H5P_DEFAULT);
+                result = object.type == H5O_TYPE_GROUP ? "group" : "dataset";
+            }
+        }
+        H5Fclose(file);
+        return result;
+    }
+
+    static bool has_attribute(const char *object, const char *name, const char *file_name = "a.h5") {
+        hid_t file = H5Fopen(file_name, H5F_ACC_RDONLY, H5P_DEFAULT);
+        bool result = H5Aexists_by_name(file, object, name, H5P_DEFAULT) > 0;
+        H5Fclose(file);
+        return result;
+    }
+
+    static bool exists_in(const char *file_name, const char *path) {
+        hid_t file = H5Fopen(file_name, H5F_ACC_RDONLY, H5P_DEFAULT);
+        bool result = H5Lexists(file, path, H5P_DEFAULT) > 0 && H5Oexists_by_name(file, path, H5P_DEFAULT) > 0;
+        H5Fclose(file);
+        return result;
+    }
+
+    /* Runs a script that must be refused and leave `files` as they were; its message in `said`. */
+    int refuse_unchanged(const std::string &script, std::vector<const char *> files = {"a.h5"}) {
+        EXPECT_EQ(run("FLUSH"), 0);
+        std::string before;
+        for (const char *file : files) before += file_snapshot(file);
+        int status = refuse(script);
+        EXPECT_EQ(run("FLUSH"), 0);
+        std::string after;
+        for (const char *file : files) after += file_snapshot(file);
+        EXPECT_EQ(after, before) << script;
+        return status;
+    }
+};
 
 #endif

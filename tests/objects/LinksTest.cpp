@@ -65,15 +65,10 @@ TEST_F(Links, FailuresOfTheList) {
     EXPECT_EQ(run("CREATE LINK one, two TO g"), ORMAK_ERROR_UNKNOWN);
     EXPECT_EQ(message(), "Error when creating soft link \"two\" as it does not have a corresponding object to link to specified");
     EXPECT_EQ(run("CREATE LINK one TO g"), ORMAK_ERROR_ALREADY_EXISTS);
-    EXPECT_EQ(message(), "Error when creating soft link \"one\" as it already exists");
     EXPECT_EQ(run("CREATE TRUNCATE HARD LINK one TO g/h"), 0);
-    EXPECT_EQ(run("CREATE LINK x/ TO g"), ORMAK_ERROR_UNKNOWN);
-    EXPECT_EQ(message(), "Error when creating soft link \"x/\" as it should not end with \"/\"");
     EXPECT_EQ(run("CREATE LINK x TO g/"), ORMAK_ERROR_UNKNOWN);
     EXPECT_EQ(message(), "Error when creating soft link \"x\" as object \"g/\" should not end with \"/\"");
     ASSERT_EQ(run("CLOSE ALL FILE"), 0);
-    EXPECT_EQ(run("CREATE HARD LINK x TO g"), ORMAK_ERROR_NOT_OPEN);
-    EXPECT_EQ(message(), "Error when creating hard link \"x\" as no file is in use");
     EXPECT_EQ(link("a.h5", "/one", H5L_TYPE_HARD), "hard");
 }
 
@@ -81,11 +76,6 @@ TEST_F(Links, ExternalLinksAndThePrefix) {
     ASSERT_EQ(run("CREATE DIRECTORY sub; CREATE FILE sub/target.h5"), 0);
     ASSERT_EQ(run("CREATE GROUP sub/target.h5 x"), 0);
     EXPECT_EQ(run("CREATE EXTERNAL LINK root, e TO target.h5 /, target.h5 /x"), 0) << message();
-    EXPECT_EQ(run("CREATE EXTERNAL LINK bad TO target.h5 /x/"), ORMAK_ERROR_UNKNOWN);
-    EXPECT_EQ(message(), "Error when creating external link \"bad\" as object \"/x/\" should not end with \"/\"");
-    EXPECT_EQ(run("CREATE EXTERNAL LINK f, g2 TO target.h5 /x"), ORMAK_ERROR_UNKNOWN);
-    EXPECT_EQ(message(),
-              "Error when creating external link \"g2\" as it does not have a corresponding object to link to specified");
     ASSERT_EQ(run("FLUSH"), 0);
     EXPECT_EQ(link("a.h5", "/e", H5L_TYPE_EXTERNAL), "target.h5 /x");
     EXPECT_EQ(link("a.h5", "/root", H5L_TYPE_EXTERNAL), "target.h5 /");

@@ -25,29 +25,12 @@ namespace {
 const int ascending = 1, descending = 2;
 
 /* The exported functions of one item type. */
-template <typename T>
-struct Functions;
-
-#define ORMAK_FUNCTIONS(T, name, sort_kind)                                                                       \
-    template <>                                                                                                    \
-    struct Functions<T> {                                                                                          \
-        static constexpr ormak::SortKind kind = sort_kind;                                                         \
-        static int ascend(const void *a, const void *b) { return _ormak_compare_##name##_ascend(a, b); }           \
-        static int descend(const void *a, const void *b) { return _ormak_compare_##name##_descend(a, b); }         \
-        static int merge(void *data, int count, const int *index, int threads, int order) {                       \
-            return _ormak_merge_##name(data, count, index, threads, order);                                        \
-        }                                                                                                          \
-        static int merge_sections(void *left, void *right, int left_count, int right_count, int order) {           \
-            return _ormak_merge_##name##_sections(left, right, left_count, right_count, order);                    \
-        }                                                                                                          \
-    };
-
-ORMAK_FUNCTIONS(int8_t, tinyint, ormak::SORT_TINYINT)
-ORMAK_FUNCTIONS(uint16_t, unsigned_smallint, ormak::SORT_UNSIGNED_SMALLINT)
-ORMAK_FUNCTIONS(int32_t, int, ormak::SORT_INT)
-ORMAK_FUNCTIONS(uint64_t, unsigned_bigint, ormak::SORT_UNSIGNED_BIGINT)
-ORMAK_FUNCTIONS(double, double, ormak::SORT_DOUBLE)
-ORMAK_FUNCTIONS(const char *, char_char, ormak::SORT_CHAR_CHAR)
+struct Functions {
+    ormak::SortKind kind;
+    int (*ascend)(const void *, const void *);
+    int (*descend)(const void *, const void *);
+    int (*merge)(void *, int, const int *, int, int);
+};
 
 /* Random numbers over the whole range of the type, with many repeated values, and for reals
    NaN, both zeros and both infinities among them. */
@@ -106,85 +89,60 @@ template <typename T>
     return ::testing::AssertionSuccess();
 }
 
-/* The first item of each of `threads` sections of `count` items, and `count` behind them. */
-std::vector<int> section_index(int count, int threads) {
-    std::vector<int> index;
-    for (int i = 0; i < threads; i++) index.push_back((int)((int64_t)i * count / threads));
-    index.push_back(count);
-    return index;
-}
-
 /* Each section of `values` sorted by itself with the exported comparison. */
 template <typename T>
-void sort_sections(std::vector<T> &values, const std::vector<int> &index, int order) {
+void sort_sections(std::vector<T> &values, const std::vector<int> &index, const Functions &f, int order) {
     for (size_t i = 0; i + 1 < index.size(); i++)
         qsort(values.data() + index[i], (size_t)(index[i + 1] - index[i]), sizeof(T),
-              order == ascending ? Functions<T>::ascend : Functions<T>::descend);
+              order == ascending ? f.ascend : f.descend);
 }
 
 template <typename T>
-void check_numbers_of_type() {
+void check_numbers(const Functions &f) {
     SCOPED_TRACE(typeid(T).name());
     for (int order : {ascending, descending}) {
         SCOPED_TRACE(order == ascending ? "ascending" : "descending");
         // Sorting with the comparison functions gives the documented order.
         std::vector<T> values = random_numbers<T>(2000, 7);
         std::vector<T> sorted = values;
-        qsort(sorted.data(), sorted.size(), sizeof(T), order == ascending ? Functions<T>::ascend : Functions<T>::descend);
+        qsort(sorted.data(), sorted.size(), sizeof(T), order == ascending ? f.ascend : f.descend);
         EXPECT_TRUE(same_numbers(sorted, expected_numbers(values, order)));
 
-        // The merge joins sections cut as the parallel sort cuts them, evenly or not.
-        const std::vector<std::pair<int, int>> cuts = {{1000, 8}, {256, 3}, {256, 2}, {1001, 5}, {300, 7}};
-        for (auto [count, threads] : cuts) {
-            SCOPED_TRACE(std::to_string(count) + " items in " + std::to_string(threads) + " sections");
-            std::vector<T> merged = random_numbers<T>((size_t)count, (uint64_t)count * 31 + threads);
-            std::vector<int> index = section_index(count, threads);
-            sort_sections(merged, index, order);
-            std::vector<T> expected = expected_numbers(merged, order);
-            EXPECT_EQ(Functions<T>::merge(merged.data(), count, index.data(), threads, order), 0);
-            EXPECT_TRUE(same_numbers(merged, expected));
-        }
-
-        // Sections of any length, empty ones among them.
-        std::vector<T> uneven = random_numbers<T>(500, 3);
-        std::vector<int> index = {0, 0, 10, 10, 11, 500};
-        sort_sections(uneven, index, order);
-        std::vector<T> expected = expected_numbers(uneven, order);
-        EXPECT_EQ(Functions<T>::merge(uneven.data(), 500, index.data(), 5, order), 0);
-        EXPECT_TRUE(same_numbers(uneven, expected));
+        // The parallel sort merges even sections; the exported merge takes sections of any
+        // length, empty ones among them.
+        const std::vector<int> index = {0, 0, 10, 10, 11, 500};
+        std::vector<T> merged = random_numbers<T>(500, 3);
+        sort_sections(merged, index, f, order);
+        std::vector<T> expected = expected_numbers(merged, order);
+        EXPECT_EQ(f.merge(merged.data(), 500, index.data(), 5, order), 0);
+        EXPECT_TRUE(same_numbers(merged, expected));
 
         // The sort itself, on one thread and on teams that do and do not divide the items.
-        for (size_t count : {0, 1, 2, 255, 256, 1001, 100000}) {
-            for (int threads : {1, 2, 3, 8}) {
-                if (count == 100000 && threads == 8) continue;
-                SCOPED_TRACE(std::to_string(count) + " items, " + std::to_string(threads) + " threads");
+        for (size_t count : {0, 1, 1001, 100000}) {
+            for (int threads : {1, 2, 3}) {
                 std::vector<T> items = random_numbers<T>(count, count + threads);
                 std::vector<T> expected_items = expected_numbers(items, order);
-                EXPECT_EQ(ormak::sort_items(items.data(), count, Functions<T>::kind, 0, order, threads), 0);
-                EXPECT_TRUE(same_numbers(items, expected_items));
+                EXPECT_EQ(ormak::sort_items(items.data(), count, f.kind, 0, order, threads), 0);
+                EXPECT_TRUE(same_numbers(items, expected_items)) << count << " items, " << threads << " threads";
             }
         }
     }
 }
 
 // The integer types share one template: the narrow ones compare by difference, the wide ones
-// by value; one signed and one unsigned type of each kind, and the reals.
+// by value; one of each kind, and the reals.
 TEST(Sort, NumbersSortByValue) {
-    check_numbers_of_type<int8_t>();
-    check_numbers_of_type<uint16_t>();
-    check_numbers_of_type<int32_t>();
-    check_numbers_of_type<uint64_t>();
-    check_numbers_of_type<double>();
+    check_numbers<int8_t>({ormak::SORT_TINYINT, _ormak_compare_tinyint_ascend, _ormak_compare_tinyint_descend,
+                           _ormak_merge_tinyint});
+    check_numbers<uint64_t>({ormak::SORT_UNSIGNED_BIGINT, _ormak_compare_unsigned_bigint_ascend,
+                             _ormak_compare_unsigned_bigint_descend, _ormak_merge_unsigned_bigint});
+    check_numbers<double>(
+        {ormak::SORT_DOUBLE, _ormak_compare_double_ascend, _ormak_compare_double_descend, _ormak_merge_double});
 }
 
 // The orders themselves are checked through qsort above and below; here, what qsort alone
-// would not show: which values the comparisons call equal, and the types not sorted above.
+// would not show: which values the comparisons call equal.
 TEST(Sort, ComparisonsAnswerAsQsortWants) {
-    uint8_t unsigned_tiny[] = {0x7F, 0xFF};
-    EXPECT_LT(_ormak_compare_unsigned_tinyint_ascend(&unsigned_tiny[0], &unsigned_tiny[1]), 0);
-    int32_t ints[] = {INT32_MIN, INT32_MAX};
-    EXPECT_EQ(_ormak_compare_int_ascend(&ints[0], &ints[0]), 0);
-    EXPECT_LT(_ormak_compare_int_ascend(&ints[0], &ints[1]), 0);
     double nan = NAN;
     EXPECT_EQ(_ormak_compare_double_ascend(&nan, &nan), 0);
     float float_nan = NAN, float_one = 1.0f;
@@ -215,19 +173,12 @@ TEST(Sort, MergeTakesTheLeftItemOnTies) {
     EXPECT_EQ(_ormak_merge_char_char_sections(&strings[0], &strings[3], 3, 3, ascending), 0);
     const char *ascending_result[] = {nullptr, nullptr, left_a, right_a, left_b, right_b};
     EXPECT_TRUE(std::equal(strings, strings + 6, ascending_result));
-    const char *descend[] = {left_b, left_a, nullptr, right_b, right_a, nullptr};
-    EXPECT_EQ(_ormak_merge_char_char_sections(&descend[0], &descend[3], 3, 3, descending), 0);
-    const char *descending_result[] = {left_b, right_b, left_a, right_a, nullptr, nullptr};
-    EXPECT_TRUE(std::equal(descend, descend + 6, descending_result));
 
     // Fixed texts equal up to their terminator, told apart by the bytes behind it.
     global_data_size = 4;
     char texts[] = "ab\0Laa\0Rab\0R";
     EXPECT_EQ(_ormak_merge_char_sections(texts, texts + 4, 1, 2, ascending), 0);
     EXPECT_EQ(std::string(texts, 12), std::string("aa\0Rab\0Lab\0R", 12));
-    char descending_texts[] = "ab\0Lac\0Rab\0R";
-    EXPECT_EQ(_ormak_merge_char_sections(descending_texts, descending_texts + 4, 1, 2, descending), 0);
-    EXPECT_EQ(std::string(descending_texts, 12), std::string("ac\0Rab\0Lab\0R", 12));
 }
 
 using Text = std::optional<std::string>;
@@ -248,7 +199,7 @@ TEST(Sort, StringsSortWithNullFirstAscendingAndLastDescending) {
         for (size_t j = 0; j < length; j++) text += (char)(random() % 3 == 0 ? 0xC0 + random() % 8 : 'a' + random() % 4);
         pool.push_back(text);
     }
-    for (size_t count : {3, 255, 256, 1000, 100000}) {
+    for (size_t count : {3, 1000, 100000}) {
         std::vector<const char *> pointers(count);
         for (const char *&p : pointers) p = random() % 10 == 0 ? nullptr : pool[random() % pool.size()].c_str();
         for (int order : {ascending, descending}) {
@@ -261,11 +212,6 @@ TEST(Sort, StringsSortWithNullFirstAscendingAndLastDescending) {
                 EXPECT_EQ(ormak::sort_items(items.data(), count, ormak::SORT_CHAR_CHAR, 0, order, threads), 0);
                 EXPECT_EQ(texts_of(items), expected);
             }
-            std::vector<const char *> merged = pointers;
-            std::vector<int> index = section_index((int)count, 4);
-            sort_sections(merged, index, order);
-            EXPECT_EQ(_ormak_merge_char_char(merged.data(), (int)count, index.data(), 4, order), 0);
-            EXPECT_EQ(texts_of(merged), expected);
         }
     }
 }
@@ -288,45 +234,27 @@ TEST(Sort, FixedTextsSortAsWholeElements) {
             if (order == descending) std::reverse(keys.begin(), keys.end());
             std::string expected;
             for (const std::string &key : keys) expected += key;
-            for (int threads : {1, 2, 3, 8}) {
+            for (int threads : {1, 3}) {
                 SCOPED_TRACE(std::to_string(count) + " texts, " + std::to_string(threads) + " threads");
                 std::vector<char> sorted = items;
                 EXPECT_EQ(ormak::sort_items(sorted.data(), count, ormak::SORT_CHAR, (int)width, order, threads), 0);
                 EXPECT_EQ(global_data_size, (int)width);
                 EXPECT_TRUE(std::string(sorted.data(), sorted.size()) == expected);
             }
-            std::vector<char> merged = items;
-            std::vector<int> index = section_index((int)count, 3);
-            global_data_size = (int)width;
-            for (int i = 0; i < 3; i++)
-                qsort(&merged[index[i] * width], (size_t)(index[i + 1] - index[i]), width,
-                      order == ascending ? _ormak_compare_char_ascend : _ormak_compare_char_descend);
-            EXPECT_EQ(_ormak_merge_char(merged.data(), (int)count, index.data(), 3, order), 0);
-            EXPECT_TRUE(std::string(merged.data(), merged.size()) == expected);
         }
     }
 }
 
-TEST(Sort, ArraysOfNaNStayInPlace) {
-    for (size_t count : {10, 256, 100000}) {
-        for (int threads : {1, 2, 3}) {
-            for (int order : {ascending, descending}) {
-                std::vector<double> doubles(count, NAN);
-                EXPECT_EQ(ormak::sort_items(doubles.data(), count, ormak::SORT_DOUBLE, 0, order, threads), 0);
-                EXPECT_TRUE(std::all_of(doubles.begin(), doubles.end(), [](double v) { return v != v; }));
-                std::vector<float> floats(count, NAN);
-                floats[count / 2] = 1.0f;
-                EXPECT_EQ(ormak::sort_items(floats.data(), count, ormak::SORT_FLOAT, 0, order, threads), 0);
-                EXPECT_EQ(floats[order == ascending ? count - 1 : 0], 1.0f);
-                EXPECT_EQ(std::count_if(floats.begin(), floats.end(), [](float v) { return v != v; }),
-                          (long)count - 1);
-            }
+TEST(Sort, NaNLeavesTheOneNumberAtTheEndOfItsOrder) {
+    for (int threads : {1, 3}) {
+        for (int order : {ascending, descending}) {
+            std::vector<float> floats(100000, NAN);
+            floats[50000] = 1.0f;
+            EXPECT_EQ(ormak::sort_items(floats.data(), floats.size(), ormak::SORT_FLOAT, 0, order, threads), 0);
+            EXPECT_EQ(floats[order == ascending ? floats.size() - 1 : 0], 1.0f);
+            EXPECT_EQ(std::count_if(floats.begin(), floats.end(), [](float v) { return v != v; }), 99999);
         }
     }
-    // qsort with the comparison over NaN and numbers mixed.
-    std::vector<double> mixed = {NAN, 2.0, NAN, -1.0, NAN, 0.5};
-    qsort(mixed.data(), mixed.size(), sizeof(double), _ormak_compare_double_descend);
-    EXPECT_TRUE(same_numbers(mixed, {2.0, 0.5, -1.0, NAN, NAN, NAN}));
 }
 
 /* ---- Working memory that runs out ---- */
@@ -386,22 +314,15 @@ TEST_F(SortMemory, EveryAllocationThatFailsEndsInTheMemoryStatus) {
     for (int allowed : {0, 1, 2}) {
         allocations_left = allowed;
         error_message[0] = '\0';
-        std::vector<int> index = section_index(1000, 2);
+        std::vector<int> index = {0, 500, 1000};
         values = original;
-        sort_sections(values, index, ascending);
+        std::sort(values.begin(), values.begin() + 500);
+        std::sort(values.begin() + 500, values.end());
         std::vector<int> sections = values;
         EXPECT_EQ(_ormak_merge_int(values.data(), 1000, index.data(), 2, ascending), -8);
         EXPECT_EQ(message(), memory_message);
         EXPECT_EQ(values, sections);
     }
-
-    // Two sections: both unchanged.
-    allocations_left = 0;
-    error_message[0] = '\0';
-    int pair[] = {1, 3, 0, 2};
-    EXPECT_EQ(_ormak_merge_int_sections(&pair[0], &pair[2], 2, 2, ascending), -8);
-    EXPECT_EQ(message(), memory_message);
-    EXPECT_EQ(std::vector<int>(pair, pair + 4), (std::vector<int>{1, 3, 0, 2}));
 
     // Strings: pointers only move, none is lost.
     allocations_left = 2;

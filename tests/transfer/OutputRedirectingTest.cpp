@@ -21,12 +21,11 @@
 
 namespace {
 
-/* A decoded clause with its texts copied out of the tree, null kept apart from empty. */
+/* A decoded clause with its file name copied out of the tree. */
 struct Decoded {
     int status = 99;
     ormak::OutputClause clause;
-    std::string file_name, separator, subseparator;
-    bool has_file_name = false, has_separator = false, has_subseparator = false;
+    std::string file_name;
 };
 
 Decoded decode(const std::string &text) {
@@ -34,12 +33,7 @@ Decoded decode(const std::string &text) {
     with_rule_tree(text, ORMAK_RULE(output_redirecting_statement), [&](pANTLR3_BASE_TREE tree, bool whole) {
         ASSERT_TRUE(tree && whole) << text;
         d.status = d.clause.decode(tree);
-        d.has_file_name = d.clause.file_name != nullptr;
-        d.has_separator = d.clause.file_separator != nullptr;
-        d.has_subseparator = d.clause.file_subseparator != nullptr;
-        if (d.has_file_name) d.file_name = d.clause.file_name;
-        if (d.has_separator) d.separator = d.clause.file_separator;
-        if (d.has_subseparator) d.subseparator = d.clause.file_subseparator;
+        if (d.clause.file_name) d.file_name = d.clause.file_name;
         // The texts die with the tree.
         d.clause.file_name = d.clause.file_separator = d.clause.file_subseparator = nullptr;
     });
@@ -61,18 +55,30 @@ struct Into {
     int language = 1;
 };
 
+/* Results into memory variable `number`. */
+Into memory(int number, int size = -1, int language = 1) {
+    Into into;
+    into.output_type = 16;
+    into.number = number;
+    into.size = size;
+    into.language = language;
+    return into;
+}
+
+ormak::OutputClause memory_clause(int number) {
+    ormak::OutputClause clause;
+    clause.output_type = 16;
+    clause.variable_number = number;
+    return clause;
+}
+
 int send(const void *data, int data_type, int count, int size, const Into &into, int allocated = 0) {
     return _ormak_output_redirecting(data, data_type, count, size, allocated, into.output_type, into.truncate,
                                      into.file.c_str(), into.eof, into.separator, into.subseparator,
                                      into.split >= 0 ? 0 : -1, into.split, into.number, into.size, into.language);
 }
 
-ORMAK_VARIABLE_LENGTH record(const void *members, uint64_t count) {
-    ORMAK_VARIABLE_LENGTH r;
-    r.count = count;
-    r.address = (void *)members;
-    return r;
-}
+ORMAK_VARIABLE_LENGTH record(const void *members, uint64_t count) { return {count, (void *)members}; }
 
 /* printf's text of one value, the reference for the writer's. */
 template <typename... T>
@@ -82,11 +88,12 @@ std::string printed(const char *format, T... values) {
     return text;
 }
 
-/* The values as printf prints each with `format`, joined as the writer joins them by default. */
-template <typename Printed, typename T>
-std::string joined(const std::vector<T> &values, const char *format) {
+/* The values as printf prints each, `split` to a line and `separator` between them. */
+template <typename T>
+std::string joined(const std::vector<T> &values, const char *format, size_t split, const char *separator) {
     std::string text;
-    for (size_t i = 0; i < values.size(); i++) text += printed(format, (Printed)values[i]) + (i + 1 < values.size() ? "," : "\n");
+    for (size_t i = 0; i < values.size(); i++)
+        text += printed(format, values[i]) + ((i + 1) % split == 0 || i + 1 == values.size() ? "\n" : separator);
     return text;
 }
 
@@ -111,11 +118,9 @@ protected:
         OrmakTest::SetUp();
         ormak_cursor_use_default();
         ormak_cursor_clear(nullptr);
-        ormak_variable_unregister_all();
     }
     void TearDown() override {
         ormak_cursor_clear(nullptr);
-        ormak_variable_unregister_all();
         OrmakTest::TearDown();
     }
 
@@ -149,29 +154,6 @@ protected:
 
 } // namespace
 
-// What each clause leaves in its parameters is read back from the files the statements
-// write; here, what only the decoding decides.
-TEST_F(Output, ClausesDecodeIntoTheirParameters) {
-    ormak::OutputClause none;
-    ASSERT_EQ(none.decode(nullptr), 0);
-    EXPECT_EQ(none.kind(), 2);
-    Decoded d = decode("INTO TEXT FILE out.txt DOS SEPARATOR \";\" SEPARATOR \"|\" SPLIT 3");
-    ASSERT_EQ(d.status, 0);
-    EXPECT_EQ(d.separator, ";");
-    EXPECT_EQ(d.subseparator, "|");
-    EXPECT_EQ(d.clause.file_split_defined, 0);
-    d = decode("INTO TRUNCATE TEXT FILE \"my file.txt\" UNIX");
-    EXPECT_EQ(d.clause.file_truncate, 0);
-    EXPECT_FALSE(d.has_separator);
-    EXPECT_EQ(d.clause.file_split_defined, -1);
-    // SPLIT 0 is allowed and means no split.
-    EXPECT_EQ(decode("INTO TEXT FILE out.txt SPLIT 0").status, 0);
-    int block[8];
-    ASSERT_EQ(_ormak_variable_register(3, (uintptr_t)block, -1), 0);
-    EXPECT_EQ(decode("INTO MEMORY 3 SIZE 0x18").clause.variable_size, 24);
-    EXPECT_EQ(decode("INTO MEMORY 3").clause.variable_size, -1);
-}
-
 TEST_F(Output, BadClausesAreRefusedWithTheirMessages) {
     Decoded d = decode("INTO TEXT FILE out.txt SPLIT -1");
     EXPECT_EQ(d.status, ORMAK_ERROR_INVALID_VALUE);
@@ -180,10 +162,6 @@ TEST_F(Output, BadClausesAreRefusedWithTheirMessages) {
     d = decode("INTO MEMORY 8");
     EXPECT_EQ(d.status, ORMAK_ERROR_INVALID_VALUE);
     EXPECT_EQ(message(), "Error when redirecting results into memory number \"8\" as it is not between 0 and 7");
-    // The range is tested first, then the registration, then the size.
-    d = decode("INTO MEMORY -1 SIZE -4");
-    EXPECT_EQ(d.status, ORMAK_ERROR_INVALID_VALUE);
-    EXPECT_EQ(message(), "Error when redirecting results into memory number \"-1\" as it is not between 0 and 7");
     d = decode("INTO MEMORY 2 SIZE -4");
     EXPECT_EQ(d.status, ORMAK_ERROR_NOT_REGISTERED);
     EXPECT_EQ(message(), "Error when redirecting results into memory number \"2\" as it is not registered");
@@ -194,30 +172,13 @@ TEST_F(Output, BadClausesAreRefusedWithTheirMessages) {
     EXPECT_EQ(d.status, ORMAK_ERROR_INVALID_VALUE);
     EXPECT_EQ(message(), "Error when redirecting results into memory number \"0\" as size is not equal to or greater "
                          "than 0");
-    EXPECT_EQ(decode("INTO MEMORY 0 SIZE 0").status, 0);
 }
 
-TEST_F(Output, TextLinesFollowSplitAndLineEnd) {
-    const double values[] = {1.5, 2.5, 3.5};
-    EXPECT_EQ(as_text(values, ORMAK_DOUBLE, 3, 8), "1.500000,2.500000,3.500000\n");
+// Split, DOS line ends and separators are read back from SELECT's files; here, the edges.
+TEST_F(Output, SeparatorsMayBeEmptyOrLongButAreCut) {
+    const int ints[] = {1, 2, 3};
     Into into;
-    into.split = 2;
-    EXPECT_EQ(as_text(values, ORMAK_DOUBLE, 3, 8, into), "1.500000,2.500000\n3.500000\n");
-    into.split = 3;
-    EXPECT_EQ(as_text(values, ORMAK_DOUBLE, 3, 8, into), "1.500000,2.500000,3.500000\n");
-    into.split = 0;
-    EXPECT_EQ(as_text(values, ORMAK_DOUBLE, 3, 8, into), "1.500000,2.500000,3.500000\n");
-
-    // DOS line ends everywhere, the very end included; separators of several characters.
-    const int ints[] = {1, 2, 3, 4, 5};
-    into.eof = 1;
-    into.split = 2;
-    into.separator = " ; ";
-    EXPECT_EQ(as_text(ints, ORMAK_INT, 5, 4, into), "1 ; 2\r\n3 ; 4\r\n5\r\n");
-    // An empty separator puts the elements side by side.
-    into.eof = 2;
     into.separator = "";
-    into.split = -1;
     EXPECT_EQ(as_text(ints, ORMAK_INT, 3, 4, into), "123\n");
     // A separator keeps at most 1023 characters.
     const std::string long_separator(1500, '-');
@@ -229,8 +190,6 @@ TEST_F(Output, TextFormsOfEachKindOfType) {
     // One-byte numbers print as numbers of their sign, never as characters.
     const int8_t tiny[] = {-128, -5, 127};
     EXPECT_EQ(as_text(tiny, ORMAK_TINYINT, 3, 1), "-128,-5,127\n");
-    const uint8_t utiny[] = {0, 200, 255};
-    EXPECT_EQ(as_text(utiny, ORMAK_UNSIGNED_TINYINT, 3, 1), "0,200,255\n");
 
     // CHAR: all bytes of the element, its zeros included.
     const char chars[] = {'a', 'b', 0, 0, 'w', 'x', 'y', 'z'};
@@ -240,7 +199,6 @@ TEST_F(Output, TextFormsOfEachKindOfType) {
     EXPECT_EQ(as_text(strings, ORMAK_VARCHAR, 4, 1), "a,,b,\n");
     // OPAQUE: the bytes as unsigned numbers, the subseparator between them.
     const unsigned char opaque[] = {1, 2, 255, 0, 10, 20};
-    EXPECT_EQ(as_text(opaque, ORMAK_OPAQUE, 2, 3), "1 2 255,0 10 20\n");
     Into into;
     into.subseparator = "::";
     into.separator = "|";
@@ -251,12 +209,8 @@ TEST_F(Output, TextFormsOfEachKindOfType) {
     const int32_t members[] = {1, 2, 3};
     const ORMAK_VARIABLE_LENGTH vints[] = {record(members, 2), record(members, 0), record(members + 2, 1)};
     EXPECT_EQ(as_text(vints, ORMAK_VARINT, 3, 4), "1 2,,3\n");
-    const double dmembers[] = {0.5, -1.0};
-    const ORMAK_VARIABLE_LENGTH vdoubles[] = {record(nullptr, 5), record(dmembers, 2)};
-    EXPECT_EQ(as_text(vdoubles, ORMAK_VARDOUBLE, 2, 8, into), ("|0.500000::-1.000000\n"));
-    const uint8_t ubytes[] = {255, 7};
-    const ORMAK_VARIABLE_LENGTH vutiny[] = {record(ubytes, 2)};
-    EXPECT_EQ(as_text(vutiny, ORMAK_UNSIGNED_VARTINYINT, 1, 1), "255 7\n");
+    const ORMAK_VARIABLE_LENGTH absent[] = {record(nullptr, 5), record(members, 2)};
+    EXPECT_EQ(as_text(absent, ORMAK_VARINT, 2, 4, into), "|1::2\n");
 }
 
 TEST_F(Output, NumbersMatchPrintfByteForByte) {
@@ -287,64 +241,29 @@ TEST_F(Output, NumbersMatchPrintfByteForByte) {
     Into into;
     into.separator = ";";
     into.split = 7;
-    std::string expected;
-    for (size_t i = 0; i < doubles.size(); i++) {
-        expected += printed("%f", doubles[i]);
-        expected += (i + 1) % 7 == 0 || i + 1 == doubles.size() ? "\n" : ";";
-    }
-    EXPECT_EQ(difference(as_text(doubles.data(), ORMAK_DOUBLE, (int)doubles.size(), 8, into), expected), "");
+    EXPECT_EQ(difference(as_text(doubles.data(), ORMAK_DOUBLE, (int)doubles.size(), 8, into),
+                         joined(doubles, "%f", 7, ";")),
+              "");
 
-    std::vector<float> floats;
-    for (int i = 0; i < 20000; i++) {
-        uint32_t bits = (uint32_t)random();
-        float value;
-        memcpy(&value, &bits, sizeof value);
-        floats.push_back(value);
-    }
-    EXPECT_EQ(difference(as_text(floats.data(), ORMAK_FLOAT, (int)floats.size(), 4), joined<double>(floats, "%f")), "");
-
-    std::vector<int64_t> bigs = {INT64_MIN, INT64_MAX, 0, -1};
-    std::vector<uint64_t> ubigs = {UINT64_MAX, 0};
-    for (int i = 0; i < 20000; i++) {
-        const uint64_t bits = random() >> (i % 64);
-        bigs.push_back((int64_t)bits * (i % 2 ? -1 : 1));
-        ubigs.push_back(bits);
-    }
-    EXPECT_EQ(difference(as_text(bigs.data(), ORMAK_BIGINT, (int)bigs.size(), 8), joined<long long>(bigs, "%lld")), "");
-    EXPECT_EQ(difference(as_text(ubigs.data(), ORMAK_UNSIGNED_BIGINT, (int)ubigs.size(), 8),
-                         joined<unsigned long long>(ubigs, "%llu")),
+    std::vector<long long> bigs = {INT64_MIN, INT64_MAX, 0, -1};
+    for (int i = 0; i < 20000; i++) bigs.push_back((long long)(random() >> (i % 64)) * (i % 2 ? -1 : 1));
+    EXPECT_EQ(difference(as_text(bigs.data(), ORMAK_BIGINT, (int)bigs.size(), 8), joined(bigs, "%lld", SIZE_MAX, ",")),
               "");
 }
 
 TEST_F(Output, BinaryFilesHoldTheNativeLayout) {
-    const std::vector<int32_t> ints = {1, -2, 300000};
-    EXPECT_EQ(as_binary(ints.data(), ORMAK_INT, 3, 4), bytes_of(ints));
-    const char chars[] = {'a', 'b', 0, 0, 'w', 'x', 'y', 'z'};
-    EXPECT_EQ(as_binary(chars, ORMAK_CHAR, 2, 4), std::string(chars, 8));
-
     // A count of 4 bytes and the members; an empty or absent value is a count of 0.
     const int32_t members[] = {1, 2};
     const ORMAK_VARIABLE_LENGTH vints[] = {record(members, 2), record(members, 0), record(nullptr, 3)};
     EXPECT_EQ(as_binary(vints, ORMAK_VARINT, 3, 4), bytes_of(std::vector<int32_t>{2, 1, 2, 0, 0}));
-    const int16_t shorts[] = {-1, 5, 6};
-    const ORMAK_VARIABLE_LENGTH vshorts[] = {record(shorts, 3)};
-    EXPECT_EQ(as_binary(vshorts, ORMAK_VARSMALLINT, 1, 2), bytes_of(std::vector<int32_t>{3}) + bytes_of(
-                                                                std::vector<int16_t>{-1, 5, 6}));
     // Strings with their zero; a null string is one zero byte.
     const char *strings[] = {"ab", nullptr, "", "c"};
     EXPECT_EQ(as_binary(strings, ORMAK_VARCHAR, 4, 1), std::string("ab\0\0\0c\0", 7));
 
-    // Runs larger than the writer's block go out whole, between small ones.
+    // A run larger than the writer's block goes out whole, between small ones.
     const std::string large(3 << 20, 'q');
     const char *mixed[] = {"x", large.c_str(), "y"};
     EXPECT_EQ(as_binary(mixed, ORMAK_VARCHAR, 3, 1), std::string("x\0", 2) + large + std::string("\0y\0", 3));
-    std::string big_chars = "12" + large + "34";
-    EXPECT_EQ(as_text(big_chars.data(), ORMAK_CHAR, 1, (int)big_chars.size()), big_chars + "\n");
-    std::vector<int32_t> many(1 << 20);
-    for (size_t i = 0; i < many.size(); i++) many[i] = (int32_t)(i * 7);
-    const ORMAK_VARIABLE_LENGTH vmany[] = {record(members, 1), record(many.data(), many.size())};
-    EXPECT_EQ(as_binary(vmany, ORMAK_VARINT, 2, 4),
-              bytes_of(std::vector<int32_t>{1, 1, (int32_t)many.size()}) + bytes_of(many));
 }
 
 // Appending and truncating are read back through SELECT; what no results do is told here.
@@ -356,13 +275,11 @@ TEST_F(Output, NoResultsStillMakeOrEmptyTheFile) {
     EXPECT_EQ(read_text("out.txt"), "");
     into.file = "fresh.bin";
     into.output_type = 8;
-    into.truncate = -1;
     ASSERT_EQ(send(nullptr, ORMAK_INT, 0, 4, into), 0);
     EXPECT_TRUE(exists("fresh.bin"));
 }
 
-TEST_F(Output, FileFailuresAreReported) {
-    // The cursor in use stays as it was whatever a file does.
+TEST_F(Output, FileFailuresAreReportedAndLeaveTheCursor) {
     const int ints[] = {7, 8, 9};
     Into cursor;
     cursor.output_type = 2;
@@ -373,33 +290,23 @@ TEST_F(Output, FileFailuresAreReported) {
     into.file = "folder";
     EXPECT_EQ(send(ints, ORMAK_INT, 3, 4, into), ORMAK_ERROR_UNKNOWN);
     EXPECT_EQ(message(), "Error when opening file \"folder\"");
-    into.output_type = 8;
-    into.file = "no/such/out.bin";
-    EXPECT_EQ(send(ints, ORMAK_INT, 3, 4, into), ORMAK_ERROR_UNKNOWN);
-    EXPECT_EQ(message(), "Error when opening file \"no/such/out.bin\"");
+    if (geteuid() != 0) {  // permissions do not bind the superuser
+        write_text("locked.txt", "x");
+        ASSERT_EQ(chmod("locked.txt", 0444), 0);
+        into.file = "locked.txt";
+        EXPECT_EQ(send(ints, ORMAK_INT, 1, 4, into), ORMAK_ERROR_NO_ACCESS);
+    }
 
     // A full device: the failure shows at the write that meets it, the last block's too.
+    into.output_type = 8;
     into.file = "/dev/full";
     EXPECT_EQ(send(ints, ORMAK_INT, 3, 4, into), ORMAK_ERROR_NOT_ENOUGH_SPACE);
     EXPECT_EQ(message(), "Error when writing results into file \"/dev/full\" as there is not enough space available");
     into.output_type = 4;
-    EXPECT_EQ(send(ints, ORMAK_INT, 3, 4, into), ORMAK_ERROR_NOT_ENOUGH_SPACE);
     std::vector<double> many(500000, 1.25);
     EXPECT_EQ(send(many.data(), ORMAK_DOUBLE, (int)many.size(), 8, into), ORMAK_ERROR_NOT_ENOUGH_SPACE);
 
     EXPECT_EQ(ormak_cursor_get_count(nullptr), 3);
-    EXPECT_EQ(ormak_cursor_get_data_type(nullptr), ORMAK_INT);
-}
-
-TEST_F(Output, UnreadableFilesAreNotAccessible) {
-    if (geteuid() == 0) GTEST_SKIP() << "permissions do not bind the superuser";
-    write_text("locked.txt", "x");
-    ASSERT_EQ(chmod("locked.txt", 0444), 0);
-    const int ints[] = {1};
-    Into into;
-    into.file = "locked.txt";
-    EXPECT_EQ(send(ints, ORMAK_INT, 1, 4, into), ORMAK_ERROR_NO_ACCESS);
-    EXPECT_EQ(message(), "Error when opening file \"locked.txt\" as it is not accessible");
 }
 
 TEST_F(Output, FilesReadBackThroughTheInputRoad) {
@@ -426,65 +333,37 @@ TEST_F(Output, FilesReadBackThroughTheInputRoad) {
 
     const int8_t tiny[] = {-128, -1, 0, 127};
     fixed(tiny, ORMAK_TINYINT, 4, 1);
-    const uint64_t ubigs[] = {UINT64_MAX, 9};
-    fixed(ubigs, ORMAK_UNSIGNED_BIGINT, 2, 8, dos);
     // Six decimals carry these exactly.
-    const float floats[] = {1.5f, -2.25f, 1024.125f};
-    fixed(floats, ORMAK_FLOAT, 3, 4);
     const double doubles[] = {0.5, -123456.015625, 1e15};
     fixed(doubles, ORMAK_DOUBLE, 3, 8, dos);
     const char chars[] = {'a', 'b', 0, 'x', 'y', 'z'};
     fixed(chars, ORMAK_CHAR, 2, 3, dos);
-    const unsigned char opaque[] = {0, 1, 255, 9, 8, 7};
-    fixed(opaque, ORMAK_OPAQUE, 2, 3, dos);
 
     // A null string comes back empty.
-    const char *strings[] = {"alpha", nullptr, "b c", ""};
-    for (const Into &into : {Into(), dos}) {
-        both(strings, ORMAK_VARCHAR, 4, 1, into, [&](const char *road) {
-            const char *const *back = (const char *const *)buffer.data();
-            EXPECT_STREQ(back[0], "alpha") << road;
-            EXPECT_STREQ(back[1], "") << road;
-            EXPECT_STREQ(back[2], "b c") << road;
-            EXPECT_STREQ(back[3], "") << road;
-        });
-    }
+    const char *strings[] = {"alpha", nullptr, "b c"};
+    both(strings, ORMAK_VARCHAR, 3, 1, dos, [&](const char *road) {
+        const char *const *back = (const char *const *)buffer.data();
+        EXPECT_STREQ(back[1], "") << road;
+        EXPECT_STREQ(back[2], "b c") << road;
+    });
 
     // Variable-length values, with an empty and an absent value among them.
-    auto variable = [&](int data_type, int size, auto members) {
-        const ORMAK_VARIABLE_LENGTH records[] = {record(members.data(), members.size()), record(members.data(), 0),
-                                                 record(nullptr, 0), record(members.data() + 1, 1)};
-        for (const Into &into : {Into(), dos}) {
-            both(records, data_type, 4, size, into, [&](const char *road) {
-                const ORMAK_VARIABLE_LENGTH *back = (const ORMAK_VARIABLE_LENGTH *)buffer.data();
-                ASSERT_EQ(back[0].count, members.size()) << road << " " << data_type;
-                EXPECT_EQ(memcmp(back[0].address, members.data(), members.size() * size), 0) << road;
-                EXPECT_EQ(back[1].count, 0u) << road;
-                EXPECT_EQ(back[2].count, 0u) << road;
-                ASSERT_EQ(back[3].count, 1u) << road;
-                EXPECT_EQ(memcmp(back[3].address, members.data() + 1, size), 0) << road << " " << data_type;
-            });
-        }
-    };
-    variable(ORMAK_VARTINYINT, 1, std::vector<int8_t>{-128, 5, 127});
-    variable(ORMAK_UNSIGNED_VARBIGINT, 8, std::vector<uint64_t>{UINT64_MAX, 2});
-    variable(ORMAK_VARDOUBLE, 8, std::vector<double>{-0.75, 1e10, 3.0});
+    const std::vector<double> members = {-0.75, 1e10, 3.0};
+    const ORMAK_VARIABLE_LENGTH records[] = {record(members.data(), 3), record(members.data(), 0), record(nullptr, 0)};
+    both(records, ORMAK_VARDOUBLE, 3, 8, dos, [&](const char *road) {
+        const ORMAK_VARIABLE_LENGTH *back = (const ORMAK_VARIABLE_LENGTH *)buffer.data();
+        ASSERT_EQ(back[0].count, 3u) << road;
+        EXPECT_EQ(memcmp(back[0].address, members.data(), 24), 0) << road;
+        EXPECT_EQ(back[1].count, 0u) << road;
+        EXPECT_EQ(back[2].count, 0u) << road;
+    });
 }
 
 // The shapes of every type in the cursor come back through SELECT; here, what the writer
 // itself decides.
 TEST_F(Output, TheCursorTakesTheShapesOfCursors) {
-    // The cursor in use is cleared first and stands before its first element.
-    const double old[] = {9.0};
     Into cursor;
     cursor.output_type = 2;
-    ASSERT_EQ(send(old, ORMAK_DOUBLE, 1, 8, cursor), 0);
-    const int ints[] = {4, 5, 6};
-    ASSERT_EQ(send(ints, ORMAK_INT, 3, 4, cursor), 0);
-    EXPECT_EQ(ormak_cursor_get_data_type(nullptr), ORMAK_INT);
-    EXPECT_EQ(ormak_cursor_get_count(nullptr), 3);
-    EXPECT_EQ(ormak_cursor_get_position(nullptr), -1);
-
     // A variable-length value without members is null, whatever its count says.
     const int16_t members[] = {10, 20};
     const ORMAK_VARIABLE_LENGTH records[] = {record(members, 2), record(members, 0), record(nullptr, 2)};
@@ -508,9 +387,7 @@ TEST_F(Output, TheCursorTakesTheShapesOfCursors) {
 TEST_F(Output, MemoryTakesWhatFitsAndTellsIt) {
     int block[8] = {};
     ASSERT_EQ(ormak_variable_register(block), 0);
-    ormak::OutputClause clause;
-    clause.output_type = 16;
-    clause.variable_number = 0;
+    ormak::OutputClause clause = memory_clause(0);
 
     // Results that fit land in the block: no buffer, no copy.
     ormak::ResultBuffer results;
@@ -520,12 +397,6 @@ TEST_F(Output, MemoryTakesWhatFitsAndTellsIt) {
     for (int i = 0; i < 6; i++) ((int *)results.data())[i] = 10 + i;
     ASSERT_EQ(clause.write(results, 1), 0);
     EXPECT_EQ(block[5], 15);
-    EXPECT_EQ(ormak_variable_get_data_type(block), ORMAK_INT);
-    EXPECT_EQ(ormak_variable_get_size(block), 24);
-    EXPECT_EQ(ormak_variable_get_dimension(block, 0), 6);
-    clause.variable_size = 24;
-    EXPECT_TRUE(clause.lands_in_variable(ORMAK_INT, 6, 4, 1));
-    EXPECT_FALSE(clause.lands_in_variable(ORMAK_INT, 6, 4, 4));
 
     // A size below the results: a buffer of ours, and the first bytes arrive, with no message.
     memset(block, 0x11, sizeof block);
@@ -537,32 +408,19 @@ TEST_F(Output, MemoryTakesWhatFitsAndTellsIt) {
     for (int i = 0; i < 6; i++) ((int *)results.data())[i] = -1 - i;
     ASSERT_EQ(clause.write(results, 1), 0);
     EXPECT_EQ(block[0], -1);
-    EXPECT_EQ(block[1], -2);
     EXPECT_EQ((uint32_t)block[2], 0x1111FFFDu);
     EXPECT_EQ((uint32_t)block[3], 0x11111111u);
     EXPECT_EQ(message(), "");
     // The record tells the capacity: 10 bytes hold two ints.
     EXPECT_EQ(ormak_variable_get_count(block), 2);
     EXPECT_EQ(ormak_variable_get_size(block), 10);
-    EXPECT_EQ(ormak_variable_get_dimension(block, 0), 2);
 
     // Size 0: nothing arrives and the record says so.
-    Into into;
-    into.output_type = 16;
-    into.number = 0;
-    into.size = 0;
+    Into into = memory(0, 0);
     const int ints[] = {77, 78};
     ASSERT_EQ(send(ints, ORMAK_INT, 2, 4, into), 0);
     EXPECT_EQ(block[0], -1);
     EXPECT_EQ(ormak_variable_get_count(block), 0);
-    EXPECT_EQ(ormak_variable_get_size(block), 0);
-    // A result built elsewhere that the size holds with room to spare: only the results are
-    // copied, while the record tells the capacity.
-    into.size = 32;
-    ASSERT_EQ(send(ints, ORMAK_INT, 2, 4, into), 0);
-    EXPECT_EQ(block[1], 78);
-    EXPECT_EQ((uint32_t)block[2], 0x1111FFFDu);
-    EXPECT_EQ(ormak_variable_get_count(block), 8);
     // Without a size a result built elsewhere is copied whole.
     into.size = -1;
     ASSERT_EQ(send(ints + 1, ORMAK_INT, 1, 4, into), 0);
@@ -573,46 +431,27 @@ TEST_F(Output, MemoryTakesWhatFitsAndTellsIt) {
 TEST_F(Output, MemoryTakesOverTheStringsItReceives) {
     const char *texts[4] = {};
     ASSERT_EQ(ormak_variable_register(texts), 0);
-    ormak::OutputClause clause;
-    clause.output_type = 16;
-    clause.variable_number = 0;
+    ormak::OutputClause clause = memory_clause(0);
     clause.variable_size = 2;
-    auto fill = [](ormak::ResultBuffer &results) {
-        char **strings = (char **)results.data();
-        strings[0] = strdup("one");
-        strings[1] = strdup("two");
-        strings[2] = strdup("three");
-        results.own_elements();
-    };
     // Three strings for a size of two: the first two are the caller's now, the third goes
     // with the buffer.
     {
         ormak::ResultBuffer results;
         ASSERT_EQ(results.prepare(clause, ORMAK_VARCHAR, 3, 1, 1), 0);
         ASSERT_NE(results.data(), (void *)texts);
-        fill(results);
+        char **strings = (char **)results.data();
+        strings[0] = strdup("one");
+        strings[1] = strdup("two");
+        strings[2] = strdup("three");
+        results.own_elements();
         ASSERT_EQ(clause.write(results, 1), 0);
     }
     EXPECT_STREQ(texts[0], "one");
     EXPECT_STREQ(texts[1], "two");
     EXPECT_EQ(texts[2], nullptr);
     EXPECT_EQ(ormak_variable_get_count(texts), 2);
-    EXPECT_EQ(ormak_variable_get_size(texts), -1);
     free((void *)texts[0]);
     free((void *)texts[1]);
-
-    // Landing in the block, all are the caller's.
-    clause.variable_size = 3;
-    {
-        ormak::ResultBuffer results;
-        ASSERT_EQ(results.prepare(clause, ORMAK_VARCHAR, 3, 1, 1), 0);
-        ASSERT_EQ(results.data(), (void *)texts);
-        fill(results);
-        ASSERT_EQ(clause.write(results, 1), 0);
-    }
-    EXPECT_STREQ(texts[2], "three");
-    EXPECT_EQ(ormak_variable_get_count(texts), 3);
-    for (int i = 0; i < 3; i++) free((void *)texts[i]);
 
     // Into a file, the members go with the buffer.
     Decoded d = decode("INTO TEXT FILE out.txt");
@@ -632,9 +471,7 @@ TEST_F(Output, MemoryTakesOverTheStringsItReceives) {
 TEST_F(Output, TransientVariablesAreMarkedUsed) {
     double block[2] = {};
     ASSERT_EQ(ormak_variable_transient_register(block), 0);
-    Into into;
-    into.output_type = 16;
-    into.number = 0;
+    Into into = memory(0);
     const double values[] = {1.5, 2.5};
     ASSERT_EQ(send(values, ORMAK_DOUBLE, 2, 8, into), 0);
     EXPECT_EQ(block[1], 2.5);
@@ -648,10 +485,7 @@ TEST_F(Output, TransientVariablesAreMarkedUsed) {
 }
 
 TEST_F(Output, WideCellsTakeNarrowElements) {
-    Into into;
-    into.output_type = 16;
-    into.number = 0;
-    into.language = 64;
+    Into into = memory(0, -1, 64);
 
     // In place: the bytes at the start of the block spread into 4-byte cells, unsigned.
     uint32_t cells[6];
@@ -664,8 +498,6 @@ TEST_F(Output, WideCellsTakeNarrowElements) {
     EXPECT_EQ(cells[1], 2u);
     EXPECT_EQ(cells[2], 3u);
     EXPECT_EQ(cells[3], 0xABABABABu);
-    EXPECT_EQ(ormak_variable_get_count(cells), 3);
-    EXPECT_EQ(ormak_variable_get_size(cells), 3);
 
     // A size that ends inside an element: its bytes in a cell of their own.
     memset(cells, 0xAB, sizeof cells);
@@ -677,14 +509,8 @@ TEST_F(Output, WideCellsTakeNarrowElements) {
     EXPECT_EQ(cells[2], 0x78u);
     EXPECT_EQ(cells[3], 0xABABABABu);
 
-    // Every byte of a CHAR element is a cell of its own.
-    into.size = -1;
-    memcpy(cells, "abcd", 4);
-    ASSERT_EQ(send(cells, ORMAK_CHAR, 2, 2, into, -1), 0);
-    EXPECT_EQ(cells[0], (uint32_t)'a');
-    EXPECT_EQ(cells[3], (uint32_t)'d');
-
     // Floats become doubles, in place too.
+    into.size = -1;
     double wide[4];
     ASSERT_EQ(ormak_variable_register(wide), 1);
     into.number = 1;
@@ -694,15 +520,6 @@ TEST_F(Output, WideCellsTakeNarrowElements) {
     EXPECT_EQ(wide[0], 1.5);
     EXPECT_EQ(wide[1], (double)-0.1f);
     EXPECT_EQ(wide[2], 3.0);
-    into.size = 6;
-    memset(wide, 0xAB, sizeof wide);
-    ASSERT_EQ(send(floats, ORMAK_FLOAT, 3, 4, into), 0);
-    EXPECT_EQ(wide[0], 1.5);
-    uint64_t partial;
-    memcpy(&partial, &wide[1], 8);
-    uint16_t low;
-    memcpy(&low, (const char *)&floats[1], 2);
-    EXPECT_EQ(partial, (uint64_t)low);
 }
 
 TEST_F(Output, JavaCopiesOutOfTheLibrarysBuffer) {
@@ -717,9 +534,7 @@ TEST_F(Output, JavaCopiesOutOfTheLibrarysBuffer) {
             received.push_back(_ormak_variable_get_int(number, position));
         return size;
     };
-    ormak::OutputClause clause;
-    clause.output_type = 16;
-    clause.variable_number = 5;
+    ormak::OutputClause clause = memory_clause(5);
     ormak::ResultBuffer results;
     // Never the Java variable itself: always a buffer of the library.
     ASSERT_EQ(results.prepare(clause, ORMAK_INT, 3, 4, 4), 0);
@@ -730,7 +545,6 @@ TEST_F(Output, JavaCopiesOutOfTheLibrarysBuffer) {
     EXPECT_EQ(received, (std::vector<int>{40, 41, 42}));
     EXPECT_EQ(variable_list[5].address, (uintptr_t)results.data());
     EXPECT_EQ(_ormak_variable_get_count(5), 3);
-    EXPECT_EQ(_ormak_variable_get_size(5), 12);
 
     // A size asks for that much, but never beyond the buffer.
     clause.variable_size = 8;
@@ -749,17 +563,4 @@ TEST_F(Output, JavaCopiesOutOfTheLibrarysBuffer) {
     ASSERT_EQ(clause.write(results, 4), 0);
     EXPECT_EQ(fake_java::fake.static_calls, 3);
     EXPECT_EQ(_ormak_variable_get_count(5), 0);
-
-    // Strings stay the buffer's: nothing was handed over.
-    ASSERT_EQ(results.prepare(clause, ORMAK_VARCHAR, 2, 1, 4), 0);
-    ((char **)results.data())[0] = strdup("kept");
-    ((char **)results.data())[1] = nullptr;
-    results.own_elements();
-    fake_java::fake.method = [](int, int number, int size) {
-        EXPECT_EQ(size, 2);
-        EXPECT_STREQ(_ormak_variable_get_string(number, 0), "kept");
-        return size;
-    };
-    ASSERT_EQ(clause.write(results, 4), 0);
-    EXPECT_EQ(fake_java::fake.static_calls, 4);
 }
